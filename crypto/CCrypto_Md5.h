@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "crypto/CCrypto_Salt.h"
+
+#include <cstdint>
+#include <string>
+
+// MD5 (RFC 1321) of a file.
+class CCrypto_Md5 : public CCrypto_Salt {
+  public:
+    explicit CCrypto_Md5(std::wstring* pWstrDebugLog); // the log is not used
+
+    // Sets the message length to 0 and zeroes block buffer, digest and state.
+    void ResetContext();
+
+    // Absorbs bytes.
+    void DoBlock(const unsigned char* bytes, unsigned int count);
+
+    // Compresses one block of 64 bytes into the state.
+    void Transform(const unsigned char* block);
+
+    // Pads, appends the length and stores the digest.
+    void Finalize();
+
+    // Writes the digest of salt and file, 16 bytes. False
+    // when a pointer is null or the file cannot be opened.
+    bool GetFromFile(const wchar_t* path, unsigned char digest[]);
+
+    // The same as 32 lower-case hex digits and a zero.
+    bool GetFromFileAsString(const wchar_t* path, char text[]);
+
+  private:
+    unsigned char buffer_[64];
+    unsigned char digest_[16];
+    std::uint32_t bitCountLow_;
+    std::uint32_t bitCountHigh_;
+    std::uint32_t state_[4];
+};
