@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 
@@ -36,3 +37,11 @@ class FormatArgument {
 // whole text, also of the part that was cut. `buffer` may be null when `capacity` is 0. Allocates nothing.
 std::size_t FormatWide(wchar_t* buffer, std::size_t capacity, const wchar_t* format,
                        const FormatArgument* arguments, std::size_t count);
+
+std::wstring FormatTextList(const wchar_t* format, std::initializer_list<FormatArgument> arguments);
+
+// The formatted text, however long. Throws std::bad_alloc.
+template <class... Arguments>
+std::wstring FormatText(const wchar_t* format, const Arguments&... arguments) {
+    return FormatTextList(format, {FormatArgument(arguments)...});
+}
