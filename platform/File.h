@@ -51,8 +51,8 @@ bool MoveWithoutReplacing(const wchar_t* from, const wchar_t* to);
 // conditions as MoveWithoutReplacing. True on success.
 bool RemoveFile(const wchar_t* path);
 
-// Appends text to a file, creating it, with the system's
-// line ends and encoding. False when it cannot be opened.
+// Appends text to a file, creating it, with the system's line ends and
+// encoding. False when it cannot be opened or written. Allocates nothing.
 bool AppendText(const wchar_t* path, const wchar_t* text);
 
 } // namespace platform

@@ -1,24 +1,128 @@
 // SPDX-License-Identifier: MIT
+// Reading files: which may be opened, and how without ever waiting for a file that is not what it was.
 #include "platform/File.h"
 
-#include "platform/Text.h"
+#include "platform/FileIdentity_Posix.h"
+#include "platform/NativePath_Posix.h"
+#include "platform/OpenFiles_Posix.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace platform {
 
+namespace {
+
+constexpr int noFile = -1;
+
+bool specialFilesAllowed = true;
+
+// Pipes that were opened in this run: what was read from one is gone, a second digest would be another one.
+std::vector<FileIdentity> pipesRead;
+
+bool WasRead(const struct stat& pipe) {
+    return std::find(pipesRead.begin(), pipesRead.end(), FileIdentity(pipe)) != pipesRead.end();
+}
+
+int Open(const char* path, int flags) {
+    int descriptor;
+    do
+        descriptor = open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | flags);
+    while (descriptor == noFile && errno == EINTR);
+    return descriptor;
+}
+
+int CloseAndFail(int descriptor) {
+    close(descriptor);
+    return noFile;
+}
+
+bool NamesRegularFile(const char* path) {
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool IsShortage(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM;
+}
+
+// O_NONBLOCK keeps the opening of a pipe from waiting for a writer. It also fails where another process
+// holds a lease on a regular file, which that process gives up when it is waited for.
+int OpenWithoutWaiting(const char* path) {
+    const int descriptor = Open(path, O_NONBLOCK);
+    if (descriptor != noFile)
+        return descriptor;
+    if (errno == EWOULDBLOCK && NamesRegularFile(path))
+        return Open(path, 0);
+    if (IsShortage(errno))
+        PinFile(path);
+    return noFile;
+}
+
+int OpenRegular(const char* path) {
+    const int descriptor = OpenWithoutWaiting(path);
+    struct stat status;
+    if (descriptor == noFile)
+        return noFile;
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? descriptor : CloseAndFail(descriptor);
+}
+
+// Waits for a pipe's writer, as every reader of pipes does.
+int OpenSpecial(const char* path) {
+    const int descriptor = Open(path, 0);
+    struct stat status;
+    if (descriptor == noFile)
+        return noFile;
+    if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode))
+        return CloseAndFail(descriptor);
+    if (S_ISFIFO(status.st_mode))
+        pipesRead.emplace_back(status);
+    return descriptor;
+}
+
+int OpenAny(const char* path) {
+    struct stat status;
+    if (stat(path, &status) != 0 || S_ISDIR(status.st_mode) || S_ISSOCK(status.st_mode))
+        return noFile;
+    if (S_ISREG(status.st_mode))
+        return OpenRegular(path);
+    return S_ISFIFO(status.st_mode) && WasRead(status) ? noFile : OpenSpecial(path);
+}
+
+// One read that goes on after a signal.
+ssize_t ReadSome(int descriptor, unsigned char* buffer, std::size_t capacity) {
+    ssize_t count;
+    do
+        count = read(descriptor, buffer, capacity);
+    while (count == -1 && errno == EINTR);
+    return count;
+}
+
+int DescriptorOf(const InputFile& file) {
+    return static_cast<int>(file.native);
+}
+
+} // namespace
+
 InputFile OpenForReading(const wchar_t* path) {
+    const NativePath native(path);
+    MakeRoomForOpenFile();
+    pipesRead.reserve(pipesRead.size() + 1);
     InputFile file;
-    file.native = open(EncodeName(path).c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    file.native = specialFilesAllowed ? OpenAny(native) : OpenRegular(native);
+    if (file)
+        RememberOpenFile(DescriptorOf(file));
     return file;
 }
 
 std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capacity) {
     std::size_t total = 0;
     while (total < capacity && !file.ended) {
-        const ssize_t count = read(static_cast<int>(file.native), buffer + total, capacity - total);
+        const ssize_t count = ReadSome(DescriptorOf(file), buffer + total, capacity - total);
         file.ended = count <= 0;
         if (count > 0)
             total += static_cast<std::size_t>(count);
@@ -28,17 +132,25 @@ std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capaci
 
 std::int64_t SizeOf(InputFile& file) {
     struct stat status;
-    return fstat(static_cast<int>(file.native), &status) == 0 ? status.st_size : 0;
+    if (fstat(DescriptorOf(file), &status) != 0 || !S_ISREG(status.st_mode))
+        return 0;
+    file.ended = lseek(DescriptorOf(file), 0, SEEK_SET) != 0;
+    return status.st_size;
 }
 
 bool IsRegular(const InputFile& file) {
     struct stat status;
-    return fstat(static_cast<int>(file.native), &status) == 0 && S_ISREG(status.st_mode);
+    return fstat(DescriptorOf(file), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 void Close(InputFile& file) {
-    close(static_cast<int>(file.native));
+    ForgetOpenFile(DescriptorOf(file));
+    close(DescriptorOf(file));
     file = InputFile{};
+}
+
+void AllowSpecialFiles(bool allow) {
+    specialFilesAllowed = allow;
 }
 
 } // namespace platform
