@@ -4,8 +4,28 @@
 namespace kernels {
 namespace {
 
+constexpr Candidate<Blake2bCompress> blake2b[] = {
+    {"portable", cpu::none, Blake2b_Compress_Portable},
+};
+
 constexpr Candidate<Md5Blocks> md5[] = {
     {"portable", cpu::none, Md5_Blocks_Portable},
+};
+
+constexpr Candidate<SkeinBlocks> skein256[] = {
+    {"portable", cpu::none, Skein256_Blocks_Portable},
+};
+
+constexpr Candidate<SkeinBlocks> skein512[] = {
+    {"portable", cpu::none, Skein512_Blocks_Portable},
+};
+
+constexpr Candidate<SkeinBlocks> skein1024[] = {
+    {"portable", cpu::none, Skein1024_Blocks_Portable},
+};
+
+constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
+    {"portable", cpu::none, Whirlpool_Blocks_Portable},
 };
 
 template <class Function, std::size_t size>
@@ -19,13 +39,38 @@ Function* Best(const Candidate<Function> (&candidates)[size]) {
 
 } // namespace
 
+std::span<const Candidate<Blake2bCompress>> Blake2bCandidates() {
+    return blake2b;
+}
+
 std::span<const Candidate<Md5Blocks>> Md5Candidates() {
     return md5;
 }
 
+std::span<const Candidate<SkeinBlocks>> Skein256Candidates() {
+    return skein256;
+}
+
+std::span<const Candidate<SkeinBlocks>> Skein512Candidates() {
+    return skein512;
+}
+
+std::span<const Candidate<SkeinBlocks>> Skein1024Candidates() {
+    return skein1024;
+}
+
+std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates() {
+    return whirlpool;
+}
+
 const KernelSet& Kernels() {
     static const KernelSet chosen = {
+        .blake2b = Best(blake2b),
         .md5 = Best(md5),
+        .skein256 = Best(skein256),
+        .skein512 = Best(skein512),
+        .skein1024 = Best(skein1024),
+        .whirlpool = Best(whirlpool),
     };
     return chosen;
 }

@@ -2,8 +2,11 @@
 // The kernels in use: for every algorithm the first of its candidates that this machine can run.
 #pragma once
 
+#include "crypto/kernels/Blake2b.h"
 #include "crypto/kernels/CpuFeatures.h"
 #include "crypto/kernels/Md5.h"
+#include "crypto/kernels/Skein.h"
+#include "crypto/kernels/Whirlpool.h"
 
 #include <span>
 
@@ -19,10 +22,20 @@ struct Candidate {
 
 // Every candidate, best first; the last one is the portable
 // kernel and needs nothing. For tests and benchmarks.
+std::span<const Candidate<Blake2bCompress>> Blake2bCandidates();
 std::span<const Candidate<Md5Blocks>> Md5Candidates();
+std::span<const Candidate<SkeinBlocks>> Skein256Candidates();
+std::span<const Candidate<SkeinBlocks>> Skein512Candidates();
+std::span<const Candidate<SkeinBlocks>> Skein1024Candidates();
+std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates();
 
 struct KernelSet {
+    Blake2bCompress* blake2b;
     Md5Blocks* md5;
+    SkeinBlocks* skein256;
+    SkeinBlocks* skein512;
+    SkeinBlocks* skein1024;
+    WhirlpoolBlocks* whirlpool;
 };
 
 // Chosen once, at first use.
