@@ -8,8 +8,24 @@ constexpr Candidate<Blake2bCompress> blake2b[] = {
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
 
+constexpr Candidate<KeccakBlocks> keccak[] = {
+    {"portable", cpu::none, Keccak_Blocks_Portable},
+};
+
 constexpr Candidate<Md5Blocks> md5[] = {
     {"portable", cpu::none, Md5_Blocks_Portable},
+};
+
+constexpr Candidate<Sha1Blocks> sha1[] = {
+    {"portable", cpu::none, Sha1_Blocks_Portable},
+};
+
+constexpr Candidate<Sha256Blocks> sha256[] = {
+    {"portable", cpu::none, Sha256_Blocks_Portable},
+};
+
+constexpr Candidate<Sha512Blocks> sha512[] = {
+    {"portable", cpu::none, Sha512_Blocks_Portable},
 };
 
 constexpr Candidate<SkeinBlocks> skein256[] = {
@@ -43,8 +59,24 @@ std::span<const Candidate<Blake2bCompress>> Blake2bCandidates() {
     return blake2b;
 }
 
+std::span<const Candidate<KeccakBlocks>> KeccakCandidates() {
+    return keccak;
+}
+
 std::span<const Candidate<Md5Blocks>> Md5Candidates() {
     return md5;
+}
+
+std::span<const Candidate<Sha1Blocks>> Sha1Candidates() {
+    return sha1;
+}
+
+std::span<const Candidate<Sha256Blocks>> Sha256Candidates() {
+    return sha256;
+}
+
+std::span<const Candidate<Sha512Blocks>> Sha512Candidates() {
+    return sha512;
 }
 
 std::span<const Candidate<SkeinBlocks>> Skein256Candidates() {
@@ -66,7 +98,11 @@ std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates() {
 const KernelSet& Kernels() {
     static const KernelSet chosen = {
         .blake2b = Best(blake2b),
+        .keccak = Best(keccak),
         .md5 = Best(md5),
+        .sha1 = Best(sha1),
+        .sha256 = Best(sha256),
+        .sha512 = Best(sha512),
         .skein256 = Best(skein256),
         .skein512 = Best(skein512),
         .skein1024 = Best(skein1024),

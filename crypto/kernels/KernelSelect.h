@@ -4,7 +4,11 @@
 
 #include "crypto/kernels/Blake2b.h"
 #include "crypto/kernels/CpuFeatures.h"
+#include "crypto/kernels/Keccak.h"
 #include "crypto/kernels/Md5.h"
+#include "crypto/kernels/Sha1.h"
+#include "crypto/kernels/Sha256.h"
+#include "crypto/kernels/Sha512.h"
 #include "crypto/kernels/Skein.h"
 #include "crypto/kernels/Whirlpool.h"
 
@@ -23,7 +27,11 @@ struct Candidate {
 // Every candidate, best first; the last one is the portable
 // kernel and needs nothing. For tests and benchmarks.
 std::span<const Candidate<Blake2bCompress>> Blake2bCandidates();
+std::span<const Candidate<KeccakBlocks>> KeccakCandidates();
 std::span<const Candidate<Md5Blocks>> Md5Candidates();
+std::span<const Candidate<Sha1Blocks>> Sha1Candidates();
+std::span<const Candidate<Sha256Blocks>> Sha256Candidates();
+std::span<const Candidate<Sha512Blocks>> Sha512Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein256Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein512Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein1024Candidates();
@@ -31,7 +39,11 @@ std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates();
 
 struct KernelSet {
     Blake2bCompress* blake2b;
+    KeccakBlocks* keccak;
     Md5Blocks* md5;
+    Sha1Blocks* sha1;
+    Sha256Blocks* sha256;
+    Sha512Blocks* sha512;
     SkeinBlocks* skein256;
     SkeinBlocks* skein512;
     SkeinBlocks* skein1024;

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// SHA-1 compression (FIPS 180-4).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace kernels {
+
+// Compresses `count` blocks of 64 bytes into the state H0..H4.
+using Sha1Blocks = void(std::uint32_t state[5], const std::uint8_t* blocks, std::size_t count);
+
+Sha1Blocks Sha1_Blocks_Portable;
+
+} // namespace kernels
