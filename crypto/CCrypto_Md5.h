@@ -2,8 +2,8 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
+#include "crypto/Md4Md5Context.h"
 
-#include <cstdint>
 #include <string>
 
 // MD5 (RFC 1321) of a file.
@@ -31,9 +31,5 @@ class CCrypto_Md5 : public CCrypto_Salt {
     bool GetFromFileAsString(const wchar_t* path, char text[]);
 
   private:
-    unsigned char buffer_[64];
-    unsigned char digest_[16];
-    std::uint32_t bitCountLow_;
-    std::uint32_t bitCountHigh_;
-    std::uint32_t state_[4];
+    Md4Md5Context context_;
 };

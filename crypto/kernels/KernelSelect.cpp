@@ -8,8 +8,16 @@ constexpr Candidate<Blake2bCompress> blake2b[] = {
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
 
+constexpr Candidate<CrcBytes> crc[] = {
+    {"portable", cpu::none, Crc_Bytes_Portable},
+};
+
 constexpr Candidate<KeccakBlocks> keccak[] = {
     {"portable", cpu::none, Keccak_Blocks_Portable},
+};
+
+constexpr Candidate<Md4Blocks> md4[] = {
+    {"portable", cpu::none, Md4_Blocks_Portable},
 };
 
 constexpr Candidate<Md5Blocks> md5[] = {
@@ -59,8 +67,16 @@ std::span<const Candidate<Blake2bCompress>> Blake2bCandidates() {
     return blake2b;
 }
 
+std::span<const Candidate<CrcBytes>> CrcCandidates() {
+    return crc;
+}
+
 std::span<const Candidate<KeccakBlocks>> KeccakCandidates() {
     return keccak;
+}
+
+std::span<const Candidate<Md4Blocks>> Md4Candidates() {
+    return md4;
 }
 
 std::span<const Candidate<Md5Blocks>> Md5Candidates() {
@@ -98,7 +114,9 @@ std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates() {
 const KernelSet& Kernels() {
     static const KernelSet chosen = {
         .blake2b = Best(blake2b),
+        .crc = Best(crc),
         .keccak = Best(keccak),
+        .md4 = Best(md4),
         .md5 = Best(md5),
         .sha1 = Best(sha1),
         .sha256 = Best(sha256),

@@ -4,7 +4,9 @@
 
 #include "crypto/kernels/Blake2b.h"
 #include "crypto/kernels/CpuFeatures.h"
+#include "crypto/kernels/Crc.h"
 #include "crypto/kernels/Keccak.h"
+#include "crypto/kernels/Md4.h"
 #include "crypto/kernels/Md5.h"
 #include "crypto/kernels/Sha1.h"
 #include "crypto/kernels/Sha256.h"
@@ -27,7 +29,9 @@ struct Candidate {
 // Every candidate, best first; the last one is the portable
 // kernel and needs nothing. For tests and benchmarks.
 std::span<const Candidate<Blake2bCompress>> Blake2bCandidates();
+std::span<const Candidate<CrcBytes>> CrcCandidates();
 std::span<const Candidate<KeccakBlocks>> KeccakCandidates();
+std::span<const Candidate<Md4Blocks>> Md4Candidates();
 std::span<const Candidate<Md5Blocks>> Md5Candidates();
 std::span<const Candidate<Sha1Blocks>> Sha1Candidates();
 std::span<const Candidate<Sha256Blocks>> Sha256Candidates();
@@ -39,7 +43,9 @@ std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates();
 
 struct KernelSet {
     Blake2bCompress* blake2b;
+    CrcBytes* crc;
     KeccakBlocks* keccak;
+    Md4Blocks* md4;
     Md5Blocks* md5;
     Sha1Blocks* sha1;
     Sha256Blocks* sha256;

@@ -28,7 +28,8 @@ std::wstring ScratchFiles::Write(std::string_view name, std::span<const std::uin
 }
 
 std::wstring ScratchFiles::Write(std::string_view name, std::string_view text) const {
-    std::ofstream file(directory_ / name, std::ios::binary | std::ios::trunc);
+    std::filesystem::remove(directory_ / name); // ext4 would write a file cut to zero to the disk at once
+    std::ofstream file(directory_ / name, std::ios::binary);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
     if (!file)

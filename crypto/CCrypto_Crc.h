@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "crypto/CCrypto_Salt.h"
+#include "crypto/kernels/Crc.h"
+
+#include <cstdint>
+#include <string>
+
+// CRC-16, CRC-32 and CRC-64 of a file, each with a polynomial of the user's choice. A polynomial is the constant
+// of a register that shifts right, lowest bit first; it is never reversed, so only the "reversed" form of a
+// catalogue polynomial gives the CRC of the catalogue.
+class CCrypto_Crc : public CCrypto_Salt {
+  public:
+    // Sets the catalogue's reflected polynomials 0x8005, 0x04c11db7 and 0x1b, with start and final values of all
+    // ones. The log is not used.
+    explicit CCrypto_Crc(std::wstring* pWstrDebugLog);
+
+    // Set the polynomial and the value that the register starts with and the result is xored with.
+    void Crc16_SetPolynomial(std::uint16_t polynomial); // the value is 0xffff
+    void Crc32_SetPolynomial(std::uint32_t polynomial, std::uint32_t value);
+    void Crc64_SetPolynomial(std::uint64_t polynomial, std::uint64_t value);
+
+    // Write the CRC of salt and file, its bytes in memory with the highest first: on a little-endian machine an
+    // integer with reversed bytes. False when a pointer is null or the file cannot be opened.
+    bool Crc16_GetFromFile(const wchar_t* path, std::uint16_t* crc);
+    bool Crc32_GetFromFile(const wchar_t* path, std::uint32_t* crc);
+    bool Crc64_GetFromFile(const wchar_t* path, std::uint64_t* crc);
+
+    // The same as 4, 8 or 16 lower-case hex digits, highest first, and a zero.
+    bool Crc16_GetFromFileAsString(const wchar_t* path, char text[]);
+    bool Crc32_GetFromFileAsString(const wchar_t* path, char text[]);
+    bool Crc64_GetFromFileAsString(const wchar_t* path, char text[]);
+
+  private:
+    // The configuration of one width. Hashing does not change the CRC that it describes.
+    template <class Word>
+    struct Parameters {
+        Word table[256];
+        Word polynomial;
+        Word value; // start and final value
+        bool kernelTablesReady;
+        kernels::CrcTables kernelTables; // derived from the table when a file is first hashed
+    };
+
+    template <class Word>
+    static void SetPolynomial(Parameters<Word>& parameters, Word polynomial, Word value);
+    template <class Word>
+    static const kernels::CrcTables& KernelTables(Parameters<Word>& parameters);
+    template <class Word>
+    bool HashFile(Parameters<Word>& parameters, const wchar_t* path, Word* crc) const;
+
+    Parameters<std::uint16_t> crc16_;
+    Parameters<std::uint32_t> crc32_;
+    Parameters<std::uint64_t> crc64_;
+};

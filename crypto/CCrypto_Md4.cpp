@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "crypto/CCrypto_Md4.h"
+
+#include "crypto/EngineFrame.h"
+#include "crypto/HexString.h"
+#include "crypto/kernels/KernelSelect.h"
+#include "support/ExceptionReporter.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace {
+
+constexpr std::size_t readBufferSize = 1'048'576;
+
+} // namespace
+
+CCrypto_Md4::CCrypto_Md4(std::wstring*) {
+    try {
+        ResetContext();
+    }
+    CATCH_SITE("__cdecl CCrypto_Md4::CCrypto_Md4(class std::basic_string<wchar_t,struct "
+               "std::char_traits<wchar_t>,class std::allocator<wchar_t> > *)")
+}
+
+void CCrypto_Md4::ResetContext() {
+    context_.Reset();
+}
+
+void CCrypto_Md4::DoBlock(const unsigned char* bytes, unsigned int count) {
+    try {
+        context_.Absorb(bytes, count, kernels::Kernels().md4);
+    }
+    CATCH_SITE("void __cdecl CCrypto_Md4::DoBlock(const unsigned char *,unsigned int)")
+}
+
+void CCrypto_Md4::Transform(const unsigned char* block) {
+    try {
+        kernels::Kernels().md4(context_.state, block, 1);
+    }
+    CATCH_SITE("void __cdecl CCrypto_Md4::Transform(const unsigned char *)")
+}
+
+void CCrypto_Md4::Finalize() {
+    try {
+        context_.Finish(kernels::Kernels().md4);
+    }
+    CATCH_SITE("void __cdecl CCrypto_Md4::Finalize(void)")
+}
+
+bool CCrypto_Md4::GetFromFile(const wchar_t* path, unsigned char digest[]) {
+    try {
+        return engine_frame::HashFile(
+            path, digest, readBufferSize, *this,
+            [this] {
+                ResetContext();
+                context_.SetInitialState();
+            },
+            [this](const unsigned char* bytes, std::size_t count) {
+                DoBlock(bytes, static_cast<unsigned int>(count));
+            },
+            [this, digest] {
+                Finalize();
+                std::copy(std::begin(context_.digest), std::end(context_.digest), digest);
+            });
+    }
+    CATCH_SITE("bool __cdecl CCrypto_Md4::GetFromFile(const wchar_t *,unsigned char [])")
+    return false;
+}
+
+bool CCrypto_Md4::GetFromFileAsString(const wchar_t* path, char text[]) {
+    try {
+        if (path == nullptr || text == nullptr)
+            return false;
+        unsigned char digest[sizeof context_.digest];
+        if (!GetFromFile(path, digest))
+            return false;
+        HexString_FromAllBytes(text, digest, sizeof digest);
+        return true;
+    }
+    CATCH_SITE("bool __cdecl CCrypto_Md4::GetFromFileAsString(const wchar_t *,char [])")
+    return false;
+}

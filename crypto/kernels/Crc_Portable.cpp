@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// Sixteen bytes at a time: a CRC is linear, so the register after them is the xor of what each byte, the first
+// eight met by the register, would have made of a zero register on its own. One table for each distance from the
+// end gives that in one look-up, and the sixteen look-ups do not wait for one another.
+#include "crypto/kernels/ByteOrder.h"
+#include "crypto/kernels/Crc.h"
+
+namespace kernels {
+namespace {
+
+constexpr std::size_t stride = 16;
+
+inline std::uint64_t ByteOf(std::uint64_t word, int index) {
+    return word >> 8 * index & 0xff;
+}
+
+// What eight bytes have become when `distance` bytes follow them.
+inline std::uint64_t EightBytes(const CrcTables& tables, int distance, std::uint64_t word) {
+    std::uint64_t sum = 0;
+#pragma GCC unroll 8
+    for (int i = 0; i < 8; ++i)
+        sum ^= tables.slices[distance + 7 - i][ByteOf(word, i)];
+    return sum;
+}
+
+} // namespace
+
+void Crc_CompleteTables(CrcTables& tables) {
+    for (std::size_t k = 1; k < stride; ++k)
+        for (std::size_t b = 0; b < 256; ++b) {
+            const std::uint64_t before = tables.slices[k - 1][b];
+            tables.slices[k][b] = tables.slices[0][before & 0xff] ^ before >> 8;
+        }
+}
+
+std::uint64_t Crc_Bytes_Portable(const CrcTables& tables, std::uint64_t crc, const std::uint8_t* bytes,
+                                 std::size_t count) {
+    for (; count >= stride; count -= stride, bytes += stride)
+        crc = EightBytes(tables, 8, LoadLittle<std::uint64_t>(bytes) ^ crc) ^
+              EightBytes(tables, 0, LoadLittle<std::uint64_t>(bytes + 8));
+    for (; count != 0; --count)
+        crc = tables.slices[0][(crc ^ *bytes++) & 0xff] ^ crc >> 8;
+    return crc;
+}
+
+} // namespace kernels

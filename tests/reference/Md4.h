@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// MD4 as RFC 1320 describes it, step by step.
+#pragma once
+
+#include "tests/reference/LittleEndianMessage.h"
+
+namespace reference {
+
+// Step 4 for one block of 64 bytes.
+void Md4Compress(State32x4& state, const std::uint8_t* block);
+
+helpers::Bytes Md4(std::span<const std::uint8_t> message);
+
+} // namespace reference
