@@ -1,44 +1,59 @@
 # The version, its date and the time stamp of the catch-site records: the same for every build of one commit.
-# The moment is SOURCE_DATE_EPOCH, else the time of the last commit, else the time of the VERSION file; all in UTC.
-if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  set(epoch $ENV{SOURCE_DATE_EPOCH})
-else()
+# The moment is SOURCE_DATE_EPOCH, else the time of the last commit, else the time of the VERSION file (which is
+# the commit's in a released archive); all in UTC.
+
+# Sets `result` to the commit time of the checkout, or to nothing when this is none.
+function(fyrn_commit_time result)
+  set(${result} "" PARENT_SCOPE)
   find_package(Git QUIET)
-  set(epoch "")
-  if(GIT_FOUND AND EXISTS ${PROJECT_SOURCE_DIR}/.git)
-    execute_process(COMMAND ${GIT_EXECUTABLE} log -1 --format=%ct WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
-      OUTPUT_VARIABLE epoch OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
-    if(EXISTS ${PROJECT_SOURCE_DIR}/.git/logs/HEAD)
-      set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/.git/logs/HEAD)
-    endif()
+  if(NOT GIT_FOUND OR NOT EXISTS ${PROJECT_SOURCE_DIR}/.git)
+    return()
   endif()
-  if(epoch STREQUAL "")
-    file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION epoch "%s" UTC)
+  # A checkout that another user owns is read as well: the build has trusted its CMake files already.
+  set(git ${GIT_EXECUTABLE} -c safe.directory=${PROJECT_SOURCE_DIR} -C ${PROJECT_SOURCE_DIR})
+  execute_process(COMMAND ${git} rev-list --max-count=1 --timestamp HEAD
+    OUTPUT_VARIABLE commit ERROR_QUIET)
+  if(commit MATCHES "^([0-9]+) ")
+    set(${result} ${CMAKE_MATCH_1} PARENT_SCOPE)
   endif()
-endif()
+  # Every commit and checkout appends to this log, and so has the stamp made anew.
+  execute_process(COMMAND ${git} rev-parse --path-format=absolute --git-path logs/HEAD
+    OUTPUT_VARIABLE log OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  if(log AND EXISTS ${log})
+    set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${log})
+  endif()
+endfunction()
 
-set(outer_epoch "$ENV{SOURCE_DATE_EPOCH}")
-set(ENV{SOURCE_DATE_EPOCH} ${epoch})
-string(TIMESTAMP FYRN_DATE "%Y-%m-%d" UTC)
-string(TIMESTAMP stamp_parts "%w;%m;%d;%H:%M:%S;%Y" UTC)
-if(outer_epoch STREQUAL "")
+# Sets FYRN_DATE ("2026-01-31") and FYRN_SOURCE_TIME ("Sat Jan 31 23:59:59 2026") of a moment in seconds since 1970.
+function(fyrn_stamp_of epoch)
+  set(ENV{SOURCE_DATE_EPOCH} ${epoch}) # the moment that string(TIMESTAMP) takes for now
+  string(TIMESTAMP FYRN_DATE "%Y-%m-%d" UTC)
+  string(TIMESTAMP parts "%w;%m;%d;%H:%M:%S;%Y" UTC)
+  list(POP_FRONT parts weekday month day clock year)
+
+  # Names are spelled here because the C library's would be those of the locale.
+  list(GET FYRN_WEEKDAYS ${weekday} weekday)
+  string(REGEX REPLACE "^0" "" month ${month})
+  list(GET FYRN_MONTHS ${month} month)
+  string(REGEX REPLACE "^0" " " day ${day})
+  set(FYRN_DATE ${FYRN_DATE} PARENT_SCOPE)
+  set(FYRN_SOURCE_TIME "${weekday} ${month} ${day} ${clock} ${year}" PARENT_SCOPE)
+endfunction()
+
+set(FYRN_WEEKDAYS Sun Mon Tue Wed Thu Fri Sat)
+set(FYRN_MONTHS none Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec)
+
+set(fyrn_epoch_given "$ENV{SOURCE_DATE_EPOCH}")
+set(fyrn_epoch "${fyrn_epoch_given}")
+if(fyrn_epoch STREQUAL "")
+  fyrn_commit_time(fyrn_epoch)
+endif()
+if(fyrn_epoch STREQUAL "")
+  file(TIMESTAMP ${PROJECT_SOURCE_DIR}/VERSION fyrn_epoch "%s" UTC)
+endif()
+fyrn_stamp_of(${fyrn_epoch})
+if(fyrn_epoch_given STREQUAL "")
   unset(ENV{SOURCE_DATE_EPOCH})
-else()
-  set(ENV{SOURCE_DATE_EPOCH} ${outer_epoch})
 endif()
-
-# Names are spelled here because strftime would use the locale's.
-list(GET stamp_parts 0 weekday)
-list(GET stamp_parts 1 month)
-list(GET stamp_parts 2 day)
-list(GET stamp_parts 3 clock)
-list(GET stamp_parts 4 year)
-set(weekdays Sun Mon Tue Wed Thu Fri Sat)
-set(months none Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec)
-list(GET weekdays ${weekday} weekday)
-string(REGEX REPLACE "^0" "" month ${month})
-list(GET months ${month} month)
-string(REGEX REPLACE "^0" " " day ${day})
-set(FYRN_SOURCE_TIME "${weekday} ${month} ${day} ${clock} ${year}")
 
 configure_file(${PROJECT_SOURCE_DIR}/cmake/BuildStamp.cpp.in ${PROJECT_BINARY_DIR}/generated/BuildStamp.cpp @ONLY)

@@ -1,4 +1,4 @@
-# What every target of the project is compiled with. Kernels add their own options per source.
+# What every target of the project is compiled with. The kernels' room adds its own.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -6,10 +6,15 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
+# A later compiler may warn of more: -DCMAKE_COMPILE_WARNING_AS_ERROR=OFF builds nevertheless.
+if(NOT DEFINED CMAKE_COMPILE_WARNING_AS_ERROR)
+  set(CMAKE_COMPILE_WARNING_AS_ERROR ON)
+endif()
+
 add_library(fyrn_settings INTERFACE)
 target_include_directories(fyrn_settings INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(fyrn_settings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
-  # Catch-site records name their source relative to the project, so that two checkouts build the same bytes.
-  -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  # __FILE__ and debug information name sources relative to the project, so that two checkouts build the same
+  # bytes, and catch-site records read the same.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
