@@ -24,6 +24,10 @@ constexpr Candidate<Md5Blocks> md5[] = {
     {"portable", cpu::none, Md5_Blocks_Portable},
 };
 
+constexpr Candidate<Md6Nodes> md6[] = {
+    {"portable", cpu::none, Md6_Nodes_Portable},
+};
+
 constexpr Candidate<Sha1Blocks> sha1[] = {
     {"portable", cpu::none, Sha1_Blocks_Portable},
 };
@@ -46,6 +50,10 @@ constexpr Candidate<SkeinBlocks> skein512[] = {
 
 constexpr Candidate<SkeinBlocks> skein1024[] = {
     {"portable", cpu::none, Skein1024_Blocks_Portable},
+};
+
+constexpr Candidate<TigerBlocks> tiger[] = {
+    {"portable", cpu::none, Tiger_Blocks_Portable},
 };
 
 constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
@@ -83,6 +91,10 @@ std::span<const Candidate<Md5Blocks>> Md5Candidates() {
     return md5;
 }
 
+std::span<const Candidate<Md6Nodes>> Md6Candidates() {
+    return md6;
+}
+
 std::span<const Candidate<Sha1Blocks>> Sha1Candidates() {
     return sha1;
 }
@@ -107,6 +119,10 @@ std::span<const Candidate<SkeinBlocks>> Skein1024Candidates() {
     return skein1024;
 }
 
+std::span<const Candidate<TigerBlocks>> TigerCandidates() {
+    return tiger;
+}
+
 std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates() {
     return whirlpool;
 }
@@ -118,12 +134,14 @@ const KernelSet& Kernels() {
         .keccak = Best(keccak),
         .md4 = Best(md4),
         .md5 = Best(md5),
+        .md6 = Best(md6),
         .sha1 = Best(sha1),
         .sha256 = Best(sha256),
         .sha512 = Best(sha512),
         .skein256 = Best(skein256),
         .skein512 = Best(skein512),
         .skein1024 = Best(skein1024),
+        .tiger = Best(tiger),
         .whirlpool = Best(whirlpool),
     };
     return chosen;

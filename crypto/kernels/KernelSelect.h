@@ -8,10 +8,12 @@
 #include "crypto/kernels/Keccak.h"
 #include "crypto/kernels/Md4.h"
 #include "crypto/kernels/Md5.h"
+#include "crypto/kernels/Md6.h"
 #include "crypto/kernels/Sha1.h"
 #include "crypto/kernels/Sha256.h"
 #include "crypto/kernels/Sha512.h"
 #include "crypto/kernels/Skein.h"
+#include "crypto/kernels/Tiger.h"
 #include "crypto/kernels/Whirlpool.h"
 
 #include <span>
@@ -33,12 +35,14 @@ std::span<const Candidate<CrcBytes>> CrcCandidates();
 std::span<const Candidate<KeccakBlocks>> KeccakCandidates();
 std::span<const Candidate<Md4Blocks>> Md4Candidates();
 std::span<const Candidate<Md5Blocks>> Md5Candidates();
+std::span<const Candidate<Md6Nodes>> Md6Candidates();
 std::span<const Candidate<Sha1Blocks>> Sha1Candidates();
 std::span<const Candidate<Sha256Blocks>> Sha256Candidates();
 std::span<const Candidate<Sha512Blocks>> Sha512Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein256Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein512Candidates();
 std::span<const Candidate<SkeinBlocks>> Skein1024Candidates();
+std::span<const Candidate<TigerBlocks>> TigerCandidates();
 std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates();
 
 struct KernelSet {
@@ -47,12 +51,14 @@ struct KernelSet {
     KeccakBlocks* keccak;
     Md4Blocks* md4;
     Md5Blocks* md5;
+    Md6Nodes* md6;
     Sha1Blocks* sha1;
     Sha256Blocks* sha256;
     Sha512Blocks* sha512;
     SkeinBlocks* skein256;
     SkeinBlocks* skein512;
     SkeinBlocks* skein1024;
+    TigerBlocks* tiger;
     WhirlpoolBlocks* whirlpool;
 };
 
