@@ -15,10 +15,12 @@ unsigned int CCrypto_Salt::SetSalt_FromFile(const wchar_t* path, EnumSaltType pl
         ClearSalt();
         placement_ = placement;
         length_ = 0;
-        platform::InputFile file = platform::OpenForReading(path);
+        platform::InputFile file;
+        if (path != nullptr)
+            file = platform::OpenForReading(path);
         if (!file)
             return 0;
-        const std::int64_t size = platform::IsRegular(file) ? platform::SizeOf(file) : 0;
+        const std::int64_t size = platform::SizeOf(file);
         if (size > 0 && size <= maxSaltSize) {
             const auto wanted = static_cast<std::uint32_t>(size);
             bytes_ = new unsigned char[wanted];
