@@ -14,6 +14,9 @@ namespace kernels {
 struct CrcTables {
     // slices[k][b]: what byte b, met by a zero register, has become after k more zero bytes.
     std::uint64_t slices[16][256];
+    // folds[k]: constants that carry 16 bytes over 128 * (k + 1) bits, x^(distance + 63) for the first eight bytes
+    // and x^(distance - 1) for the other eight, modulo the polynomial, bit 63 standing for x^0.
+    std::uint64_t folds[16][2];
 };
 
 // Completes the tables from slices[0], the CRC's byte table, which the caller has filled. Any polynomial will
@@ -25,5 +28,7 @@ using CrcBytes = std::uint64_t(const CrcTables& tables, std::uint64_t crc, const
                                std::size_t count);
 
 CrcBytes Crc_Bytes_Portable;
+CrcBytes Crc_Bytes_X86Pclmul;
+CrcBytes Crc_Bytes_X86Vpclmul;
 
 } // namespace kernels

@@ -23,9 +23,35 @@ inline std::uint64_t EightBytes(const CrcTables& tables, int distance, std::uint
     return sum;
 }
 
+// One more power of x is one more step of the register, and eight of them are one zero byte.
+inline std::uint64_t TimesX8(const CrcTables& tables, std::uint64_t power) {
+    return tables.slices[0][power & 0xff] ^ power >> 8;
+}
+
+std::uint64_t XToThe7th(std::uint64_t polynomial) {
+    std::uint64_t power = std::uint64_t{1} << 63;
+    for (int i = 0; i < 7; ++i)
+        power = (power >> 1) ^ ((power & 1) != 0 ? polynomial : 0);
+    return power;
+}
+
+// The exponents wanted, 128 k + 127 and 128 k + 191, are all 7 more than a multiple of 64.
+void ComputeFolds(CrcTables& tables) {
+    const std::uint64_t polynomial =
+        tables.slices[0][0x80]; // its one bit needs eight steps to leave the register
+    std::uint64_t power = XToThe7th(polynomial);
+    for (int exponent = 7; exponent <= 16 * 128 + 63; exponent += 8, power = TimesX8(tables, power)) {
+        if (exponent % 128 == 127)
+            tables.folds[exponent / 128][1] = power;
+        else if (exponent % 128 == 63 && exponent > 128)
+            tables.folds[exponent / 128 - 1][0] = power;
+    }
+}
+
 } // namespace
 
 void Crc_CompleteTables(CrcTables& tables) {
+    ComputeFolds(tables);
     for (std::size_t k = 1; k < stride; ++k)
         for (std::size_t b = 0; b < 256; ++b) {
             const std::uint64_t before = tables.slices[k - 1][b];

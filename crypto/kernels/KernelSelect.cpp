@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/kernels/KernelSelect.h"
 
+#include "crypto/kernels/Isa.h"
+
 namespace kernels {
 namespace {
 
@@ -9,6 +11,8 @@ constexpr Candidate<Blake2bCompress> blake2b[] = {
 };
 
 constexpr Candidate<CrcBytes> crc[] = {
+    {"vpclmul", cpu::avx2 | cpu::pclmul | cpu::vpclmul, X86(Crc_Bytes_X86Vpclmul)},
+    {"pclmul", cpu::ssse3 | cpu::pclmul, X86(Crc_Bytes_X86Pclmul)},
     {"portable", cpu::none, Crc_Bytes_Portable},
 };
 

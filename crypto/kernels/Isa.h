@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// Instruction sets by name, for functions that are compiled for them. A kernel's helper functions carry the same name
+// as the kernel and are always inlined. Which features each name asks for is matched by the bits in CpuFeatures.h.
+#pragma once
+
+#if defined(__x86_64__)
+// A kernel for 64-bit x86. Elsewhere it is null, and its features are never found.
+#    define X86(kernel) kernel
+#    define ISA_PCLMUL __attribute__((target("sse4.1,pclmul")))
+#    define ISA_SHA __attribute__((target("sse4.1,sha")))
+#    define ISA_BMI __attribute__((target("bmi,bmi2")))
+#    define ISA_AVX2 __attribute__((target("avx2")))
+#    define ISA_AVX2_BMI __attribute__((target("avx2,bmi,bmi2")))
+#    define ISA_VPCLMUL __attribute__((target("avx2,pclmul,vpclmulqdq")))
+#    define ISA_AVX512 __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl")))
+#else
+#    define X86(kernel) nullptr
+#endif
+
+#define ALWAYS_INLINE inline __attribute__((always_inline))
