@@ -33,10 +33,12 @@ constexpr Candidate<Md6Nodes> md6[] = {
 };
 
 constexpr Candidate<Sha1Blocks> sha1[] = {
+    {"sha", cpu::ssse3 | cpu::sha, X86(Sha1_Blocks_X86Sha)},
     {"portable", cpu::none, Sha1_Blocks_Portable},
 };
 
 constexpr Candidate<Sha256Blocks> sha256[] = {
+    {"sha", cpu::ssse3 | cpu::sha, X86(Sha256_Blocks_X86Sha)},
     {"portable", cpu::none, Sha256_Blocks_Portable},
 };
 

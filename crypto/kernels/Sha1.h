@@ -11,5 +11,6 @@ namespace kernels {
 using Sha1Blocks = void(std::uint32_t state[5], const std::uint8_t* blocks, std::size_t count);
 
 Sha1Blocks Sha1_Blocks_Portable;
+Sha1Blocks Sha1_Blocks_X86Sha;
 
 } // namespace kernels

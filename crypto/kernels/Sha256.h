@@ -11,6 +11,7 @@ namespace kernels {
 using Sha256Blocks = void(std::uint32_t state[8], const std::uint8_t* blocks, std::size_t count);
 
 Sha256Blocks Sha256_Blocks_Portable;
+Sha256Blocks Sha256_Blocks_X86Sha;
 
 // The round constants: the first 32 bits of the fractional parts of the cube roots of the first 64 primes.
 extern const std::uint32_t sha256RoundConstants[64];
