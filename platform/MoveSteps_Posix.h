@@ -1,15 +1,34 @@
 // SPDX-License-Identifier: MIT
-// The system calls of a move that differ between file systems, where a test can put others in their place.
+// The steps of a move. None of them ever replaces a file, or removes one that it cannot answer for.
 #pragma once
+
+#include "platform/FileIdentity_Posix.h"
+
+#include <climits>
 
 namespace platform {
 
-struct MoveCalls {
-    // As renameat2 with RENAME_NOREPLACE: 0, or -1 with errno.
-    int (*renameNoReplace)(const char* from, const char* to);
-    int (*link)(const char* from, const char* to);
+// A path's directory ("." when it has none) and its last component.
+struct SplitNativePath {
+    explicit SplitNativePath(const char* path);
+
+    char parent[PATH_MAX];
+    const char* name; // into the path
 };
 
-extern MoveCalls moveCalls;
+// Whether a path names this very file or, for a link, this very link.
+bool Names(const char* path, const FileIdentity& file);
+
+// Whether both paths name one file under one name, whatever way leads there: another directory path, a second
+// mount, another spelling where the file system knows only one. Two hard links of a file are two names.
+bool IsSameName(const char* from, const char* to);
+
+// Renames within one file system. 0 for success, which includes that the file already bears the name; else the
+// error number, EXDEV when the target is on another file system.
+int RenameWithoutReplacing(const char* from, const char* to);
+
+// Moves a regular file to another file system: the copy appears under its name when it is complete, and the
+// original goes after that. When only the original cannot be removed, the move has succeeded and both remain.
+bool MoveByCopy(const char* from, const char* to);
 
 } // namespace platform

@@ -8,39 +8,39 @@ namespace platform {
 
 namespace {
 
-bool Fits(std::wstring_view part) {
-    return part.size() < maxPath;
+bool Copy(std::wstring_view text, wchar_t (&part)[maxPath]) {
+    const bool fits = text.size() < maxPath;
+    if (fits)
+        *std::copy(text.begin(), text.end(), part) = L'\0';
+    return fits;
 }
 
-void Store(wchar_t* buffer, std::wstring_view part) {
-    *std::copy(part.begin(), part.end(), buffer) = L'\0';
+void Clear(PathParts& parts) {
+    parts.drive[0] = parts.directory[0] = parts.base[0] = parts.extension[0] = L'\0';
 }
 
-// The directory reaches up to and with the last separator, the extension from the last dot behind it.
-void Split(std::wstring_view path, std::size_t driveLength, const wchar_t* separators, PathParts& parts) {
-    const std::wstring_view drive = path.substr(0, driveLength);
-    path.remove_prefix(driveLength);
-    const std::wstring_view directory = path.substr(0, path.find_last_of(separators) + 1);
-    const std::wstring_view name = path.substr(directory.size());
-    const std::wstring_view base = name.substr(0, name.rfind(L'.'));
-    const std::wstring_view extension = name.substr(base.size());
-
-    const bool fit = Fits(drive) && Fits(directory) && Fits(base) && Fits(extension);
-    Store(parts.drive, fit ? drive : std::wstring_view());
-    Store(parts.directory, fit ? directory : std::wstring_view());
-    Store(parts.base, fit ? base : std::wstring_view());
-    Store(parts.extension, fit ? extension : std::wstring_view());
+// Splits what follows the drive. The extension begins at the last dot of the name, even if that is its first
+// character: ".rc" has an empty base.
+void Split(std::wstring_view drive, std::wstring_view rest, const wchar_t* separators, PathParts& parts) {
+    const std::size_t nameStart = rest.find_last_of(separators) + 1;
+    const std::wstring_view name = rest.substr(nameStart);
+    const std::size_t dot = std::min(name.rfind(L'.'), name.size());
+    const bool fits = Copy(drive, parts.drive) && Copy(rest.substr(0, nameStart), parts.directory) &&
+                      Copy(name.substr(0, dot), parts.base) && Copy(name.substr(dot), parts.extension);
+    if (!fits)
+        Clear(parts);
 }
 
 } // namespace
 
 void SplitPathByPosixRules(const wchar_t* path, PathParts& parts) {
-    Split(path, 0, L"/", parts);
+    Split({}, path, L"/", parts);
 }
 
 void SplitPathByWindowsRules(const wchar_t* path, PathParts& parts) {
-    const bool hasDrive = path[0] != L'\0' && path[1] == L':';
-    Split(path, hasDrive ? 2 : 0, L"\\/", parts);
+    const std::wstring_view whole(path);
+    const std::size_t driveLength = whole.size() >= 2 && whole[1] == L':' ? 2 : 0;
+    Split(whole.substr(0, driveLength), whole.substr(driveLength), L"/\\", parts);
 }
 
 } // namespace platform

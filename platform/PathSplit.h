@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Splitting of paths into drive, directory, base name and extension, as pure functions: both systems' rules can be
-// tested on either.
+// The rules by which a path is split, as pure functions: those of both systems on every system.
 #pragma once
 
 #include "platform/Directory.h"
 
 namespace platform {
 
-// Only "/" separates, and there is no drive part.
+// Only "/" separates and there is no drive: "\" and ":" are ordinary characters.
 void SplitPathByPosixRules(const wchar_t* path, PathParts& parts);
 
-// "\" and "/" separate, and one character followed by ":" is the drive.
+// Both separators count, and any one character before a ":" is a drive, as in _wsplitpath_s.
 void SplitPathByWindowsRules(const wchar_t* path, PathParts& parts);
 
 } // namespace platform
