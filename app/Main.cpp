@@ -1,12 +1,40 @@
 // SPDX-License-Identifier: MIT
-#include "crypto/CCrypto_Md5.h"
+// The run, in order.
+#include "app/CommandLine.h"
+#include "app/HashTable.h"
+#include "app/Header.h"
+#include "app/Salt.h"
+#include "app/TargetEnumeration.h"
+#include "app/Usage.h"
 
-#include <cstdio>
+#include <new>
 
-int main(int argc, char*[]) {
-    CCrypto_Md5 engine(nullptr);
-    char text[33];
-    if (argc == 1 && engine.GetFromFileAsString(L"LICENSE", text))
-        std::puts(text);
+namespace {
+
+void Run(int argc, wchar_t* argv[]) {
+    RunContext context;
+    SaltChoice salt;
+    ParseCommandLine(argc, argv, context, salt);
+    if (CountSelectedHashes(context) == 0) {
+        PrintUsage(argv[0]);
+        return;
+    }
+    PrintHeader(context);
+    LoadSalt(context, salt);
+    bool inStartDirectory = true;
+    for (int i = 1; i < argc && inStartDirectory; ++i)
+        if (argv[i][0] != L'\0')
+            inStartDirectory = ProcessTarget(context, argv[i]);
+}
+
+} // namespace
+
+// Returns 0 whatever happens: a file that cannot be hashed or renamed is no reason to stop a script.
+int wmain(int argc, wchar_t* argv[]) {
+    try {
+        Run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        // Not even a line of output finds memory; what was printed so far is complete.
+    }
     return 0;
 }

@@ -8,7 +8,8 @@
 namespace platform {
 
 // Opens those of the descriptors 0, 1 and 2 that are closed on the null device, so that no file opened later
-// can become standard output, and lets writing to a closed pipe fail instead of ending the process.
+// can become standard output, and lets writing to a closed pipe, or beyond the size that a file may have, fail
+// instead of ending the process.
 void PrepareStandardStreams();
 
 // A program's arguments as wide text that may be changed, in the form that wmain takes.

@@ -18,6 +18,7 @@ void PrepareStandardStreams() {
     if (descriptor > STDERR_FILENO)
         close(descriptor);
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // the end of a file's permitted size: a copy takes back what it wrote
 }
 
 WideArguments WidenArguments(int count, const char* const* arguments) {

@@ -18,6 +18,9 @@ SOURCE_DIRECTORY = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspa
 # Whether the program under test follows the Windows rules (path separators, line ends, directory search).
 WINDOWS = PROGRAM.endswith(".exe")
 
+# Whether the program carries sanitizers or counters, which cost time and memory.
+INSTRUMENTED = bool(os.environ.get("FYRN_INSTRUMENTED"))
+
 posix_only = unittest.skipIf(WINDOWS, "needs a POSIX system")
 root_only = unittest.skipUnless(not WINDOWS and os.geteuid() == 0, "needs to be root")
 
@@ -91,6 +94,26 @@ class ScratchCase(unittest.TestCase):
         """Runs the program in the scratch directory and checks what holds for every run."""
         options.setdefault("directory", self.scratch)
         result = run(*arguments, **options)
+        self.check_quiet_success(result)
+        return result
+
+    def fyrn_unprivileged(self, *arguments):
+        """The same as somebody whom rights stop: as a user who owns the scratch directory, when run by root."""
+        if os.geteuid() != 0:
+            return self.fyrn(*arguments)
+        if INSTRUMENTED:
+            self.skipTest("an instrumented program cannot write its files as another user")
+        nobody = 65534
+        program_directory = tempfile.mkdtemp(prefix="fyrn-program-")
+        self.addCleanup(shutil.rmtree, program_directory)
+        os.chmod(program_directory, 0o755)
+        program = shutil.copy(PROGRAM, program_directory)
+        for directory, _, files in os.walk(self.scratch):
+            for name in (".", *files):
+                os.chown(os.path.join(directory, name), nobody, nobody, follow_symlinks=False)
+        done = subprocess.run([program, *arguments], cwd=self.scratch, user=nobody, group=nobody, extra_groups=[],
+                              stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False)
+        result = Result(done.returncode, done.stdout, done.stderr)
         self.check_quiet_success(result)
         return result
 

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// The name is made of whatever digest was computed last: with several functions that of the last selected row,
+// and after a failure that of an earlier file, or nothing before the first success. It has no directory part on
+// purpose: a file met in a walk stays in the walked directory, which is the current one, and a file named on
+// the command line is collected in the directory in which the program was started.
+#include "app/RenameByHash.h"
+
+#include "platform/Directory.h"
+#include "platform/File.h"
+#include "support/StringHelper.h"
+
+namespace {
+
+constexpr int numberedNames = 100; // "_00" to "_99"
+
+bool MoveToNumberedName(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
+    wchar_t name[platform::maxPath];
+    for (int number = 0; number < numberedNames; ++number) {
+        FormatToBuffer(name, platform::maxPath, L"%S_%02i%s", context.hashText, number, extension);
+        if (platform::MoveWithoutReplacing(path, name))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void RenameByHash(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
+    wchar_t name[platform::maxPath];
+    FormatToBuffer(name, platform::maxPath, L"%S%s", context.hashText, extension);
+    if (platform::MoveWithoutReplacing(path, name))
+        return;
+    if (context.deleteOnCollision)
+        platform::RemoveFile(path); // whatever the reason of the failed move was
+    else
+        MoveToNumberedName(context, path, extension);
+}

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "crypto/CCrypto_Crc.h"
+#include "crypto/CCrypto_Md4.h"
+#include "crypto/CCrypto_Md5.h"
+
+#include <cstdint>
+
+// The state of one run: what the command line asked for, the engines, and the last digest.
+struct RunContext {
+    bool deleteOnCollision = false; // a file whose digest name is taken is deleted instead of numbered
+    bool recurse = false;           // walks go into sub-directories
+    bool rename = false;            // every file is renamed to its digest
+
+    // The digest as lower-case hex, zero-terminated. Deliberately never cleared: an operation that fails
+    // leaves the digest of the operation before it, which some rows print and renaming uses.
+    char hashText[1024] = {};
+
+    // Built once, used for every file. The null pointers: no debug messages are collected.
+    CCrypto_Crc crc{nullptr};
+    CCrypto_Md4 md4{nullptr};
+    CCrypto_Md5 md5{nullptr};
+
+    std::uint32_t selection[2] = {}; // bit n of low and high word: row n of the hash table is selected
+    std::uint8_t verbosity = 2;      // 1: digests; 2: and the file's name; 3: and its full path
+};

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#include "app/TargetEnumeration.h"
+
+#include "app/ProcessFile.h"
+#include "platform/Directory.h"
+#include "platform/File.h"
+#include "support/StringHelper.h"
+
+#include <cwchar>
+#include <new>
+
+namespace {
+
+using platform::FoundEntry;
+using platform::maxPath;
+using platform::PathParts;
+using platform::pathSeparator;
+using platform::SearchHandle;
+
+// A directory too large for the memory at hand is passed over like one that cannot be read.
+SearchHandle Search(const wchar_t* pattern, FoundEntry& entry) {
+    try {
+        return platform::SearchFirst(pattern, entry);
+    } catch (const std::bad_alloc&) {
+        return platform::noSearch;
+    }
+}
+
+bool IsSelfOrParent(const wchar_t* name) {
+    return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
+}
+
+// Pipes and devices are read only where the user named them, as in /dev/stdin.
+void ProcessFoundFile(RunContext& context, const wchar_t* path, const FoundEntry& entry) {
+    platform::AllowSpecialFiles(entry.isSpecial);
+    ProcessFile(context, path);
+}
+
+bool ProcessFoundDirectory(RunContext& context, const wchar_t* path, const FoundEntry& entry) {
+    return IsSelfOrParent(entry.name) || ProcessDirectory(context, path);
+}
+
+// The drive and directory that the names found for an argument belong to. An argument without a directory part
+// is completed with the current directory, and one with a directory part stays relative on purpose, although
+// names composed from it lead nowhere once a walk has changed the current directory: names printed at
+// verbosity 3, and recorded, are composed this way. False when the current directory is not known.
+bool SplitTarget(const wchar_t* argument, PathParts& parts) {
+    wchar_t target[maxPath];
+    FormatToBuffer(target, maxPath, L"%s", argument);
+    std::size_t length = std::wcslen(target);
+    while (length > 1 && target[length - 1] == pathSeparator) // "dir/" was found as "dir"
+        target[--length] = L'\0';
+
+    platform::SplitPath(target, parts);
+    if (parts.directory[0] != L'\0')
+        return true;
+    wchar_t current[maxPath];
+    if (!platform::CurrentDirectory(current, maxPath))
+        return false;
+    FormatToBuffer(parts.directory, maxPath, L"%s%c", current, pathSeparator);
+    return true;
+}
+
+// Processes the entry that a search stands at, and every following one.
+bool ProcessMatches(RunContext& context, SearchHandle search, FoundEntry& entry, const PathParts& parts) {
+    do {
+        wchar_t path[maxPath];
+        FormatToBuffer(path, maxPath, L"%s%s%s", parts.drive, parts.directory, entry.name);
+        if (!entry.isDirectory)
+            ProcessFoundFile(context, path, entry);
+        else if (!ProcessFoundDirectory(context, path, entry)) // one level deep without -subdirs, too
+            return false;
+    } while (platform::SearchNext(search, entry));
+    return true;
+}
+
+// Processes the files of the current directory, which was reached as `directory`. Stops where
+// the way back out of a sub-directory is lost. The search stays open on purpose.
+void WalkCurrentDirectory(RunContext& context, const wchar_t* directory) {
+    FoundEntry entry;
+    const SearchHandle search = Search(L"*.*", entry);
+    if (search == platform::noSearch)
+        return;
+    do {
+        wchar_t path[maxPath];
+        FormatToBuffer(path, maxPath, L"%s%c%s", directory, pathSeparator, entry.name);
+        if (!entry.isDirectory)
+            ProcessFoundFile(context, path, entry);
+        else if (context.recurse && !ProcessFoundDirectory(context, path, entry))
+            return;
+    } while (platform::SearchNext(search, entry));
+}
+
+} // namespace
+
+bool ProcessTarget(RunContext& context, const wchar_t* argument) {
+    FoundEntry entry;
+    const SearchHandle search = Search(argument, entry);
+    if (search == platform::noSearch)
+        return true;
+    PathParts parts;
+    const bool restored = !SplitTarget(argument, parts) || ProcessMatches(context, search, entry, parts);
+    platform::SearchClose(search);
+    return restored;
+}
+
+bool ProcessDirectory(RunContext& context, const wchar_t* directory) {
+    wchar_t previous[maxPath];
+    if (!platform::CurrentDirectory(previous, maxPath) || !platform::EnterDirectory(directory))
+        return true;
+    WalkCurrentDirectory(context, directory);
+    return platform::LeaveDirectory(previous);
+}
