@@ -1,52 +1,82 @@
 // SPDX-License-Identifier: MIT
 // The frame that every engine runs in: open the file, feed the salt and the file's bytes, finish, close.
 //
-// Nothing here is released when an exception passes through: the file stays open on purpose, which tells the
-// platform layer not to move or remove a file whose digest is not known, and the buffer stays with it.
+// Nothing here is released when an exception passes through: the file stays open on purpose, which tells
+// the platform layer not to move or remove a file whose digest is not known, and the buffer stays with it.
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
 #include "platform/File.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace engine_frame {
 
 // Feeds every byte of the file to update(bytes, count), in pieces of `bufferSize` of which only the last is
-// shorter. A read error ends the file.
+// shorter. A read error ends the file. Each piece stands at the start of a buffer which, when all is read,
+// is handed to cleanse(buffer, count) with the number of bytes that ever held data.
+template <class Update, class Cleanse>
+void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update, Cleanse cleanse) {
+    unsigned char* const buffer = new unsigned char[bufferSize]; // not cleared: only bytes read are looked at
+    std::size_t used = 0;
+    while (const std::size_t count = platform::ReadFully(file, buffer, bufferSize)) {
+        used = std::max(used, count);
+        update(buffer, count);
+    }
+    cleanse(buffer, used);
+    delete[] buffer;
+}
+
+// The same for an engine that leaves the buffer as it is.
 template <class Update>
 void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update) {
-    unsigned char* const buffer = new unsigned char[bufferSize]; // not cleared: only bytes read are looked at
-    while (const std::size_t count = platform::ReadFully(file, buffer, bufferSize))
-        update(buffer, count);
-    delete[] buffer;
+    FeedFile(file, bufferSize, update, [](unsigned char*, std::size_t) {});
+}
+
+// Feed the whole salt at once, if it has this place.
+template <class Update>
+void FeedSaltBefore(const CCrypto_Salt& salt, Update update) {
+    if (salt.FeedsBefore())
+        update(salt.SaltBytes(), std::size_t{salt.SaltLength()});
+}
+template <class Update>
+void FeedSaltAfter(const CCrypto_Salt& salt, Update update) {
+    if (salt.FeedsAfter())
+        update(salt.SaltBytes(), std::size_t{salt.SaltLength()});
 }
 
 // Feeds salt, file and salt again, as the salt's placement says.
 template <class Update>
 void FeedSaltAndFile(platform::InputFile& file, std::size_t bufferSize, const CCrypto_Salt& salt,
                      Update update) {
-    if (salt.FeedsBefore())
-        update(salt.SaltBytes(), std::size_t{salt.SaltLength()});
+    FeedSaltBefore(salt, update);
     FeedFile(file, bufferSize, update);
-    if (salt.FeedsAfter())
-        update(salt.SaltBytes(), std::size_t{salt.SaltLength()});
+    FeedSaltAfter(salt, update);
+}
+
+// Opens the file for the time of hash(file). False when a pointer is null or the file cannot be opened.
+template <class Hash>
+bool WithOpenFile(const wchar_t* path, const void* output, Hash hash) {
+    if (path == nullptr || output == nullptr)
+        return false;
+    platform::InputFile file = platform::OpenForReading(path);
+    if (!file)
+        return false;
+    hash(file);
+    platform::Close(file);
+    return true;
 }
 
 // The whole of a GetFromFile without departures. False when a pointer is null or the file cannot be opened.
 template <class Reset, class Update, class Finish>
 bool HashFile(const wchar_t* path, const void* output, std::size_t bufferSize, const CCrypto_Salt& salt,
               Reset reset, Update update, Finish finish) {
-    if (path == nullptr || output == nullptr)
-        return false;
-    platform::InputFile file = platform::OpenForReading(path);
-    if (!file)
-        return false;
-    reset();
-    FeedSaltAndFile(file, bufferSize, salt, update);
-    finish();
-    platform::Close(file);
-    return true;
+    return WithOpenFile(path, output, [&](platform::InputFile& file) {
+        reset();
+        FeedSaltAndFile(file, bufferSize, salt, update);
+        finish();
+    });
 }
 
 } // namespace engine_frame

@@ -57,11 +57,23 @@ bool RoundConstantBit(unsigned int t) {
     return (r & 1) != 0;
 }
 
-// Algorithm 6.
-void Iota(KeccakState& a, unsigned int round) {
+// Algorithm 6: what iota adds to lane (0, 0).
+std::uint64_t RoundConstant(unsigned int round) {
+    std::uint64_t constant = 0;
     for (unsigned int j = 0; j <= 6; ++j)
         if (RoundConstantBit(j + 7 * round))
-            a[0] ^= std::uint64_t{1} << ((1u << j) - 1);
+            constant |= std::uint64_t{1} << ((1u << j) - 1);
+    return constant;
+}
+
+void Iota(KeccakState& a, unsigned int round) {
+    static const auto constants = [] {
+        std::array<std::uint64_t, 24> list;
+        for (unsigned int i = 0; i < 24; ++i)
+            list[i] = RoundConstant(i);
+        return list;
+    }();
+    a[0] ^= constants[round];
 }
 
 } // namespace
