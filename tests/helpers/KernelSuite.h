@@ -19,6 +19,7 @@
 
 #include "crypto/kernels/KernelSelect.h"
 #include "tests/helpers/Bytes.h"
+#include "tests/helpers/FamilyNames.h"
 #include "tests/helpers/GuardedBuffer.h"
 
 #include <gtest/gtest.h>
@@ -34,14 +35,6 @@
 namespace helpers {
 
 inline constexpr std::uint64_t kernelSuiteSeed = 20240229;
-
-// Names the instances of the suite after their families.
-struct FamilyNames {
-    template <class Family>
-    static std::string GetName(int) {
-        return Family::name;
-    }
-};
 
 template <class Family>
 typename Family::State RandomState(std::uint64_t seed) {

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+#include "crypto/CCrypto_Skein.h"
+
+#include "crypto/EngineFrame.h"
+#include "crypto/HexString.h"
+#include "crypto/kernels/ByteOrder.h"
+#include "crypto/kernels/KernelSelect.h"
+#include "crypto/kernels/SkeinInitialValue.h"
+#include "support/ExceptionReporter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t readBufferSize = 1'048'576;
+constexpr unsigned short maxStateBits = 1024;
+constexpr std::uint32_t textCapacity = 1024; // whatever the caller states
+
+template <std::size_t words>
+using Context = CCrypto_Skein::Context<words>;
+
+template <std::size_t words>
+constexpr std::array<std::uint64_t, words> initialValue = kernels::SkeinInitialValue<words>();
+
+// Starts a stage of the chaining: position 0, the first flag and the stage's own flags and type.
+template <std::size_t words>
+void StartStage(Context<words>& context, std::uint64_t typeAndFlags) {
+    context.tweak[0] = 0;
+    context.tweak[1] = kernels::skein_tweak::first | typeAndFlags;
+    context.buffered = 0;
+}
+
+template <std::size_t words>
+void ProcessBlock(Context<words>& context, const unsigned char* blocks, std::size_t count,
+                  std::size_t added) {
+    const kernels::KernelSet& kernels = kernels::Kernels();
+    kernels::SkeinBlocks* const absorb = words == 4   ? kernels.skein256
+                                         : words == 8 ? kernels.skein512
+                                                      : kernels.skein1024;
+    absorb(context.chain, context.tweak, blocks, count, added);
+}
+
+template <std::size_t words>
+bool Init(Context<words>* context) {
+    if (context == nullptr)
+        return false;
+    context->hashBitLength = 64 * words;
+    std::copy(initialValue<words>.begin(), initialValue<words>.end(), context->chain);
+    StartStage(*context, kernels::skein_tweak::message);
+    return true;
+}
+
+template <std::size_t words>
+bool Update(Context<words>* context, const unsigned char* bytes, std::size_t count) {
+    constexpr std::size_t blockSize = sizeof context->buffer;
+    if (context == nullptr || bytes == nullptr)
+        return false;
+    if (context->buffered != 0 && context->buffered + count > blockSize) {
+        const std::size_t room = blockSize - context->buffered;
+        std::memcpy(context->buffer + context->buffered, bytes, room);
+        ProcessBlock(*context, context->buffer, 1, blockSize);
+        context->buffered = 0;
+        bytes += room;
+        count -= room;
+    }
+    if (count > blockSize) {
+        const std::size_t whole = (count - 1) / blockSize; // the last block stays back
+        ProcessBlock(*context, bytes, whole, blockSize);
+        bytes += whole * blockSize;
+        count -= whole * blockSize;
+    }
+    std::memcpy(context->buffer + context->buffered, bytes, count);
+    context->buffered = static_cast<std::uint8_t>(context->buffered + count);
+    return true;
+}
+
+// The output stage: hashes the counter 0 and leaves the chaining value as it was.
+template <std::size_t words>
+void Output(Context<words>& context, unsigned char* digest) {
+    const auto chain = std::to_array(context.chain);
+    std::memset(context.buffer, 0, sizeof context.buffer);
+    StartStage(context, kernels::skein_tweak::final | kernels::skein_tweak::output);
+    ProcessBlock(context, context.buffer, 1, sizeof(std::uint64_t));
+    for (std::size_t i = 0; i < words; ++i)
+        kernels::StoreLittle(digest + 8 * i, context.chain[i]);
+    std::copy(chain.begin(), chain.end(), context.chain);
+}
+
+template <std::size_t words>
+bool Final(Context<words>* context, unsigned char* digest) {
+    if (context == nullptr || digest == nullptr)
+        return false;
+    context->tweak[1] |= kernels::skein_tweak::final;
+    std::memset(context->buffer + context->buffered, 0, sizeof context->buffer - context->buffered);
+    ProcessBlock(*context, context->buffer, 1, context->buffered);
+    Output(*context, digest);
+    return true;
+}
+
+} // namespace
+
+CCrypto_Skein::CCrypto_Skein(std::wstring*) {}
+
+bool CCrypto_Skein::Skein_256_Init(SKEIN_256_CONTEXT* context) {
+    return Init(context);
+}
+
+bool CCrypto_Skein::Skein_512_Init(SKEIN_512_CONTEXT* context) {
+    return Init(context);
+}
+
+bool CCrypto_Skein::Skein_1024_Init(SKEIN_1024_CONTEXT* context) {
+    return Init(context);
+}
+
+void CCrypto_Skein::Skein_256_ProcessBlock(SKEIN_256_CONTEXT* context, const unsigned char* blocks,
+                                           std::size_t count, std::size_t added) {
+    ProcessBlock(*context, blocks, count, added);
+}
+
+void CCrypto_Skein::Skein_512_ProcessBlock(SKEIN_512_CONTEXT* context, const unsigned char* blocks,
+                                           std::size_t count, std::size_t added) {
+    ProcessBlock(*context, blocks, count, added);
+}
+
+void CCrypto_Skein::Skein_1024_ProcessBlock(SKEIN_1024_CONTEXT* context, const unsigned char* blocks,
+                                            std::size_t count, std::size_t added) {
+    ProcessBlock(*context, blocks, count, added);
+}
+
+bool CCrypto_Skein::Skein_256_Update(SKEIN_256_CONTEXT* context, const unsigned char* bytes,
+                                     unsigned int count) {
+    try {
+        return Update(context, bytes, count);
+    }
+    CATCH_SITE_AT(707,
+                  "bool __cdecl CCrypto_Skein::Skein_256_Update(struct CCrypto_Skein::SKEIN_256_CONTEXT *,"
+                  "const unsigned char *,unsigned int)")
+    return false;
+}
+
+bool CCrypto_Skein::Skein_512_Update(SKEIN_512_CONTEXT* context, const unsigned char* bytes,
+                                     unsigned int count) {
+    try {
+        return Update(context, bytes, count);
+    }
+    CATCH_SITE_AT(982,
+                  "bool __cdecl CCrypto_Skein::Skein_512_Update(struct CCrypto_Skein::SKEIN_512_CONTEXT *,"
+                  "const unsigned char *,unsigned int)")
+    return false;
+}
+
+bool CCrypto_Skein::Skein_1024_Update(SKEIN_1024_CONTEXT* context, const unsigned char* bytes,
+                                      unsigned int count) {
+    try {
+        return Update(context, bytes, count);
+    }
+    CATCH_SITE_AT(1302, "bool __cdecl CCrypto_Skein::Skein_1024_Update(struct "
+                        "CCrypto_Skein::SKEIN_1024_CONTEXT *,const unsigned char *,unsigned int)")
+    return false;
+}
+
+bool CCrypto_Skein::Skein_256_Final(SKEIN_256_CONTEXT* context, unsigned char* digest) {
+    try {
+        return Final(context, digest);
+    }
+    CATCH_SITE_AT(509,
+                  "bool __cdecl CCrypto_Skein::Skein_256_Final(struct CCrypto_Skein::SKEIN_256_CONTEXT *,"
+                  "unsigned char *)")
+    return false;
+}
+
+bool CCrypto_Skein::Skein_512_Final(SKEIN_512_CONTEXT* context, unsigned char* digest) {
+    try {
+        return Final(context, digest);
+    }
+    CATCH_SITE_AT(762,
+                  "bool __cdecl CCrypto_Skein::Skein_512_Final(struct CCrypto_Skein::SKEIN_512_CONTEXT *,"
+                  "unsigned char *)")
+    return false;
+}
+
+bool CCrypto_Skein::Skein_1024_Final(SKEIN_1024_CONTEXT* context, unsigned char* digest) {
+    try {
+        return Final(context, digest);
+    }
+    CATCH_SITE_AT(1037, "bool __cdecl CCrypto_Skein::Skein_1024_Final(struct "
+                        "CCrypto_Skein::SKEIN_1024_CONTEXT *,unsigned char *)")
+    return false;
+}
+
+bool CCrypto_Skein::HashOpenFile(platform::InputFile& file, unsigned char* digest, unsigned short stateBits) {
+    const auto hash = [&](auto context, auto init, auto update, auto final) {
+        (this->*init)(&context);
+        engine_frame::FeedSaltAndFile(file, readBufferSize, *this,
+                                      [&](const unsigned char* bytes, std::size_t count) {
+                                          (this->*update)(&context, bytes, static_cast<unsigned int>(count));
+                                      });
+        return (this->*final)(&context, digest);
+    };
+    switch (stateBits) {
+    case 256:
+        return hash(SKEIN_256_CONTEXT{}, &CCrypto_Skein::Skein_256_Init, &CCrypto_Skein::Skein_256_Update,
+                    &CCrypto_Skein::Skein_256_Final);
+    case 512:
+        return hash(SKEIN_512_CONTEXT{}, &CCrypto_Skein::Skein_512_Init, &CCrypto_Skein::Skein_512_Update,
+                    &CCrypto_Skein::Skein_512_Final);
+    case 1024:
+        return hash(SKEIN_1024_CONTEXT{}, &CCrypto_Skein::Skein_1024_Init, &CCrypto_Skein::Skein_1024_Update,
+                    &CCrypto_Skein::Skein_1024_Final);
+    default:
+        return false;
+    }
+}
+
+bool CCrypto_Skein::GetFromFile(const wchar_t* path, unsigned char* digest, int, unsigned short stateBits) {
+    try {
+        if (path == nullptr || digest == nullptr || stateBits > maxStateBits)
+            return false;
+        platform::InputFile file = platform::OpenForReading(path);
+        if (!file)
+            return false;
+        const bool finished = HashOpenFile(file, digest, stateBits);
+        platform::Close(file);
+        return finished;
+    }
+    CATCH_SITE_AT(
+        390, "bool __cdecl CCrypto_Skein::GetFromFile(const wchar_t *,unsigned char *,int,unsigned short)")
+    return false;
+}
+
+bool CCrypto_Skein::GetFromFileAsString(const wchar_t* path, char* text, unsigned int,
+                                        unsigned short stateBits) {
+    try {
+        if (path == nullptr || text == nullptr)
+            return false;
+        unsigned char digest[maxStateBits / 8];
+        if (!GetFromFile(path, digest, sizeof digest, stateBits))
+            return false;
+        HexString_FromBytes(text, textCapacity, digest, stateBits / 8);
+        return true;
+    }
+    CATCH_SITE_AT(422, "bool __cdecl CCrypto_Skein::GetFromFileAsString(const wchar_t *,char *,unsigned int,"
+                       "unsigned short)")
+    return false;
+}
