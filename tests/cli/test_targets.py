@@ -1,7 +1,10 @@
 # SPDX-License-Identifier: MIT
 """From arguments to files: names, patterns, directories, links and special files."""
+import fcntl
 import os
+import signal
 import socket
+import subprocess
 import unittest
 
 import launcher
@@ -223,6 +226,37 @@ class DirectoriesWithoutRights(TargetCase):
     def found_unprivileged(self, *arguments):
         lines = self.fyrn_unprivileged("-hash=MD5", *arguments).lines[2:]
         return [line.decode() for line in lines[0::2]]
+
+
+@launcher.posix_only
+class DirectoriesMovedUnderWay(TargetCase):
+    """The opening of a file that is leased stops until the lease is given up, which makes time for a move."""
+
+    def test_a_walk_without_a_way_back_stops_and_the_outer_one_goes_on(self):
+        self.populate("d/mid/low/x", "d/mid/z", "d/z2", "last")
+        lease = os.open(self.path("d/mid/low/x"), os.O_WRONLY)
+        self.addCleanup(os.close, lease)
+        signal.pthread_sigmask(signal.SIG_BLOCK, [signal.SIGIO])
+        self.addCleanup(signal.pthread_sigmask, signal.SIG_UNBLOCK, [signal.SIGIO])
+        try:
+            fcntl.fcntl(lease, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+        except OSError as error:
+            self.skipTest(f"no leases on this file system: {error}")
+        process = subprocess.Popen(launcher.command("-hash=MD5", "-renamedel", "-subdirs", "d", "last"),
+                                   cwd=self.scratch, stdout=subprocess.PIPE)
+        self.assertIsNotNone(signal.sigtimedwait([signal.SIGIO], 20), "the file was not opened")
+        os.rename(self.path("d/mid/low"), self.path("moved-low"))
+        os.rename(self.path("d/mid"), self.path("moved-mid"))
+        self.populate("d/mid/z")  # another directory at the place of the way back
+        fcntl.fcntl(lease, fcntl.F_SETLEASE, fcntl.F_UNLCK)
+        output = process.communicate(timeout=20)[0]
+        self.assertEqual(process.returncode, 0)
+        self.assertEqual(output.split(b"\n")[2:-1:2], [b"x", b"z2", b"last"])
+        self.assertEqual(self.names(), sorted(["d", md5(b"last"), "moved-low", "moved-mid"]))
+        self.assertEqual(self.names("moved-low"), ["x"])
+        self.assertEqual(self.names("moved-mid"), ["z"])
+        self.assertEqual(self.names("d"), sorted([md5(b"z2"), "mid"]))
+        self.assertEqual(self.names("d/mid"), ["z"])
 
 
 @launcher.posix_only
