@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "crypto/CCrypto_Blake2.h"
 #include "crypto/CCrypto_Crc.h"
 #include "crypto/CCrypto_Md4.h"
 #include "crypto/CCrypto_Md5.h"
+#include "crypto/CCrypto_Sha.h"
+#include "crypto/CCrypto_Shake.h"
+#include "crypto/CCrypto_Skein.h"
+#include "crypto/CCrypto_Whirlpool.h"
 
 #include <cstdint>
 
@@ -18,9 +23,14 @@ struct RunContext {
     char hashText[1024] = {};
 
     // Built once, used for every file. The null pointers: no debug messages are collected.
+    CCrypto_Blake2 blake2{nullptr};
     CCrypto_Crc crc{nullptr};
     CCrypto_Md4 md4{nullptr};
     CCrypto_Md5 md5{nullptr};
+    CCrypto_Sha sha{nullptr};
+    CCrypto_Shake shake{nullptr};
+    CCrypto_Skein skein{nullptr};
+    CCrypto_Whirlpool whirlpool{nullptr};
 
     std::uint32_t selection[2] = {}; // bit n of low and high word: row n of the hash table is selected
     std::uint8_t verbosity = 2;      // 1: digests; 2: and the file's name; 3: and its full path
