@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every candidate of every kernel over 1 MiB that stays in the cache: bytes per second, and time stamp counter cycles
 // per byte where the processor has such a counter.
+#include "bench/CycleCounter.h"
 #include "crypto/kernels/KernelSelect.h"
 
 #include <benchmark/benchmark.h>
@@ -10,21 +11,9 @@
 #include <type_traits>
 #include <vector>
 
-#if defined(__x86_64__)
-#    include <x86intrin.h>
-#endif
-
 namespace {
 
 constexpr std::size_t messageSize = 1 << 20;
-
-std::uint64_t Cycles() {
-#if defined(__x86_64__)
-    return __rdtsc();
-#else
-    return 0;
-#endif
-}
 
 std::vector<std::uint8_t>& Message() {
     static std::vector<std::uint8_t> message(messageSize, 0x5a);
@@ -40,13 +29,14 @@ void Register(const std::string& algorithm, Candidates candidates, Run run) {
         const auto kernel = candidate.function;
         benchmark::RegisterBenchmark(
             (algorithm + "/" + candidate.name).c_str(), [=](benchmark::State& state) {
-                const std::uint64_t start = Cycles();
+                const std::uint64_t start = bench::CycleCounter();
                 for (auto _ : state)
                     run(kernel, Message().data(), messageSize);
+                const std::uint64_t cycles = bench::CycleCounter() - start;
                 const auto bytes = static_cast<double>(state.iterations()) * messageSize;
                 state.SetBytesProcessed(static_cast<std::int64_t>(bytes));
-                if (Cycles() != start)
-                    state.counters["cycles/byte"] = static_cast<double>(Cycles() - start) / bytes;
+                if (cycles != 0)
+                    state.counters["cycles/byte"] = static_cast<double>(cycles) / bytes;
             });
     }
 }
