@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: MIT
+#include "crypto/CCrypto_Tiger.h"
+
+#include "tests/helpers/DigestText.h"
+#include "tests/helpers/KnownRuns.h"
+#include "tests/reference/Tiger.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using helpers::Bytes;
+using Message = std::span<const std::uint8_t>;
+
+constexpr unsigned short digestSizes[] = {128, 160, 192};
+
+class Tiger : public testing::Test {
+  protected:
+    // The engine's text for a path or a message.
+    template <class File>
+    std::string Text(const File& file, unsigned short bits, bool tiger2) {
+        return helpers::DigestText(file, [&](const wchar_t* path, char* text) {
+            return engine_.GetFromFileAsString(path, text, 1024, bits, tiger2, 3);
+        });
+    }
+
+    // Whether all six functions give the standard's digest of a message.
+    void ExpectStandardDigests(Message message) {
+        const std::wstring path = files_.Write("file", message);
+        for (const bool tiger2 : {false, true}) {
+            const std::string expected = helpers::ToHex(reference::Tiger(
+                message, tiger2 ? reference::tiger2Padding : reference::tiger1Padding, message.size()));
+            for (const unsigned short bits : digestSizes)
+                EXPECT_EQ(Text(path.c_str(), bits, tiger2), expected.substr(0, bits / 4u))
+                    << message.size() << " bytes, Tiger" << tiger2 + 1 << "-" << bits;
+        }
+    }
+
+    void ExpectVectors(const char* name, bool tiger2) {
+        const std::vector<std::string> lines = helpers::VectorLines(name);
+        ASSERT_EQ(lines.size(), 8u);
+        for (const std::string& line : lines) {
+            const std::string message = line.substr(50, line.size() - 51); // between the quotes
+            EXPECT_EQ(Text(Message(helpers::BytesOf(message)), 192, tiger2), line.substr(0, 48)) << message;
+        }
+    }
+
+    helpers::ScratchFiles files_;
+    CCrypto_Tiger engine_{nullptr};
+};
+
+TEST_F(Tiger, NessieVectorsHold) {
+    ExpectVectors("tiger1_nessie.txt", false);
+}
+
+TEST_F(Tiger, Tiger2VectorsHold) {
+    ExpectVectors("tiger2.txt", true);
+}
+
+TEST_F(Tiger, MillionTimesTheLetterAHasThePublishedDigests) {
+    const Bytes message(1'000'000, 'a');
+    EXPECT_EQ(Text(Message(message), 192, false), "6db0e2729cbead93d715c6a7d36302e9b3cee0d2bc314b41");
+    EXPECT_EQ(Text(Message(message), 192, true), "e068281f060f551628cc5715b9d0226796914d45f7717cf4");
+}
+
+TEST_F(Tiger, EmptyFileGivesTheStandardDigestOfTheEmptyMessage) {
+    EXPECT_EQ(Text(Message(), 192, false), "3293ac630c13f0245f92bbb1766e16167a4e58492dde73f3");
+    EXPECT_EQ(Text(Message(), 192, true), "4441be75f6018773c206c22745374b924aa8313fef919f41");
+    EXPECT_EQ(Text(Message(), 160, false), "3293ac630c13f0245f92bbb1766e16167a4e5849");
+    EXPECT_EQ(Text(Message(), 128, true), "4441be75f6018773c206c22745374b92");
+}
+
+// Among them 56 bytes and more modulo 64, where padding and length do not fit into the last block.
+TEST_F(Tiger, EveryLengthTo4200AgreesWithTheReference) {
+    const Bytes message = helpers::PseudoRandomBytes(4200, 1);
+    for (std::size_t length = 0; length <= message.size(); ++length)
+        ExpectStandardDigests(Message(message).first(length));
+}
+
+TEST_F(Tiger, FilesAroundTheReadBufferAgreeWithTheReference) {
+    const Bytes message = helpers::PseudoRandomBytes(2'097'153, 2);
+    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577, 1'048'632, 2'097'152, 2'097'153})
+        ExpectStandardDigests(Message(message).first(length));
+}
+
+TEST_F(Tiger, KnownRunsAreReproduced) {
+    std::size_t count = 0;
+    for (const bool tiger2 : {false, true})
+        for (const unsigned short bits : digestSizes)
+            for (const helpers::KnownRun& run :
+                 helpers::KnownRunsOf("TIGER" + std::to_string(tiger2 + 1) + "-" + std::to_string(bits))) {
+                if (run.salt.size >= 10'000'000)
+                    continue; // slow to make; the command-line tests run these
+                CCrypto_Tiger engine(nullptr);
+                if (!run.salt.label.empty())
+                    engine.SetSalt_FromFile(files_.Write("salt", run.salt.Content()).c_str(), run.placement);
+                EXPECT_EQ(helpers::DigestText(Message(run.file.Content()),
+                                              [&](const wchar_t* path, char* text) {
+                                                  return engine.GetFromFileAsString(path, text, 0, bits,
+                                                                                    tiger2, 0);
+                                              }),
+                          run.digest)
+                    << run.file.label << " " << run.salt.label << " " << static_cast<int>(run.placement);
+                ++count;
+            }
+    EXPECT_EQ(count, 53u);
+}
+
+TEST_F(Tiger, EverySplitOf260BytesIntoTwoCallsIsTheSameUpToTheCountedBytes) {
+    const Bytes message = helpers::PseudoRandomBytes(260, 3);
+    for (std::size_t length = 0; length <= message.size(); ++length)
+        for (std::size_t first = 0; first <= length; ++first) {
+            engine_.Tiger_Initialize();
+            engine_.Tiger_Transform(message.data(), first);
+            engine_.Tiger_Transform(message.data() + first, length - first);
+            engine_.Tiger_Finalize();
+            const std::size_t left = first % 64;
+            const std::size_t lost = left + length - first >= 64 ? left : 0;
+            Bytes digest;
+            for (std::size_t i = 0; i < 24; ++i)
+                digest.push_back(static_cast<std::uint8_t>(engine_.State()[i / 8] >> 8 * (i % 8)));
+            EXPECT_EQ(helpers::ToHex(digest),
+                      helpers::ToHex(reference::Tiger(Message(message).first(length),
+                                                      reference::tiger2Padding, length - lost)))
+                << first << " of " << length;
+        }
+}
+
+TEST_F(Tiger, NeverWritesMoreThanTheWantedBytes) {
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    const std::string whole = Text(path.c_str(), 192, false);
+    for (unsigned short bits = 0; bits <= 192; ++bits) {
+        Bytes digest(25, 0xee);
+        EXPECT_TRUE(engine_.GetFromFile(path.c_str(), digest.data(), 0, bits, false, 9));
+        const std::size_t bytes = bits / 8u;
+        EXPECT_EQ(helpers::ToHex(Message(digest).first(bytes)), whole.substr(0, 2 * bytes)) << bits;
+        EXPECT_EQ(digest[bytes], 0xee) << bits;
+        EXPECT_EQ(Text(path.c_str(), bits, false), whole.substr(0, 2 * bytes)) << bits;
+    }
+}
+
+TEST_F(Tiger, MoreThan192BitsAreRefused) {
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    unsigned char digest[64] = {1};
+    for (const unsigned short bits : std::initializer_list<unsigned short>{193, 200, 65535}) {
+        EXPECT_FALSE(engine_.GetFromFile(path.c_str(), digest, 64, bits, true, 3)) << bits;
+        EXPECT_EQ(Text(path.c_str(), bits, true), "failed") << bits;
+    }
+    EXPECT_EQ(digest[0], 1);
+}
+
+TEST_F(Tiger, NullPointersAndMissingFilesFailAndWriteNothing) {
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    const std::wstring missing = files_.Path("missing");
+    unsigned char digest[24] = {1};
+    char text[] = "untouched";
+    EXPECT_FALSE(engine_.GetFromFile(nullptr, digest, 24, 192, true, 3));
+    EXPECT_FALSE(engine_.GetFromFile(path.c_str(), nullptr, 24, 192, true, 3));
+    EXPECT_FALSE(engine_.GetFromFile(missing.c_str(), digest, 24, 192, true, 3));
+    EXPECT_FALSE(engine_.GetFromFileAsString(nullptr, text, 1024, 192, true, 3));
+    EXPECT_FALSE(engine_.GetFromFileAsString(path.c_str(), nullptr, 1024, 192, true, 3));
+    EXPECT_FALSE(engine_.GetFromFileAsString(missing.c_str(), text, 1024, 192, true, 3));
+    EXPECT_EQ(digest[0], 1);
+    EXPECT_STREQ(text, "untouched");
+}
+
+} // namespace
