@@ -46,6 +46,12 @@ bool Skein(RunContext& context, const wchar_t* path) {
     return context.skein.GetFromFileAsString(path, context.hashText, sizeof context.hashText, bits);
 }
 
+template <unsigned short bits, bool isTiger2>
+bool Tiger(RunContext& context, const wchar_t* path) {
+    return context.tiger.GetFromFileAsString(path, context.hashText, sizeof context.hashText, bits, isTiger2,
+                                             0);
+}
+
 bool Whirlpool(RunContext& context, const wchar_t* path) {
     return context.whirlpool.GetFromFileAsString(path, context.hashText);
 }
@@ -66,6 +72,7 @@ constexpr auto md4Salt = SaltOf<&RunContext::md4>;
 constexpr auto md5Salt = SaltOf<&RunContext::md5>;
 constexpr auto shaSalt = SaltOf<&RunContext::sha>;
 constexpr auto skeinSalt = SaltOf<&RunContext::skein>;
+constexpr auto tigerSalt = SaltOf<&RunContext::tiger>;
 constexpr auto whirlpoolSalt = SaltOf<&RunContext::whirlpool>;
 
 constexpr std::uint32_t Bit(std::size_t row) {
@@ -111,12 +118,12 @@ const std::array<HashRow, hashRowCount> hashTable = {{
     {L"SKEIN-256", Skein<256>, onSuccess, skeinSalt},
     {L"SKEIN-512", Skein<512>, onSuccess, skeinSalt},
     {L"SKEIN-1024", Skein<1024>, onSuccess, skeinSalt},
-    {L"TIGER1-128", nullptr, onSuccess, nullptr},
-    {L"TIGER1-160", nullptr, onSuccess, nullptr},
-    {L"TIGER1-192", nullptr, onSuccess, nullptr},
-    {L"TIGER2-128", nullptr, onSuccess, nullptr},
-    {L"TIGER2-160", nullptr, onSuccess, nullptr},
-    {L"TIGER2-192", nullptr, onSuccess, nullptr},
+    {L"TIGER1-128", Tiger<128, false>, onSuccess, tigerSalt},
+    {L"TIGER1-160", Tiger<160, false>, onSuccess, tigerSalt},
+    {L"TIGER1-192", Tiger<192, false>, onSuccess, tigerSalt},
+    {L"TIGER2-128", Tiger<128, true>, onSuccess, tigerSalt},
+    {L"TIGER2-160", Tiger<160, true>, onSuccess, tigerSalt},
+    {L"TIGER2-192", Tiger<192, true>, onSuccess, tigerSalt},
     {L"WHIRLPOOL", Whirlpool, onSuccess, whirlpoolSalt},
 }};
 

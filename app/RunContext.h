@@ -8,6 +8,7 @@
 #include "crypto/CCrypto_Sha.h"
 #include "crypto/CCrypto_Shake.h"
 #include "crypto/CCrypto_Skein.h"
+#include "crypto/CCrypto_Tiger.h"
 #include "crypto/CCrypto_Whirlpool.h"
 
 #include <cstdint>
@@ -30,6 +31,7 @@ struct RunContext {
     CCrypto_Sha sha{nullptr};
     CCrypto_Shake shake{nullptr};
     CCrypto_Skein skein{nullptr};
+    CCrypto_Tiger tiger{nullptr};
     CCrypto_Whirlpool whirlpool{nullptr};
 
     std::uint32_t selection[2] = {}; // bit n of low and high word: row n of the hash table is selected
