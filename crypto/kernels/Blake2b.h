@@ -27,5 +27,6 @@ using Blake2bCompress = void(Blake2bState& state, const std::uint8_t* blocks, st
                              std::uint64_t added);
 
 Blake2bCompress Blake2b_Compress_Portable;
+Blake2bCompress Blake2b_Compress_X86Avx2;
 
 } // namespace kernels

@@ -7,6 +7,7 @@ namespace kernels {
 namespace {
 
 constexpr Candidate<Blake2bCompress> blake2b[] = {
+    {"avx2", cpu::avx2, X86(Blake2b_Compress_X86Avx2)},
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
 
@@ -55,6 +56,7 @@ constexpr Candidate<SkeinBlocks> skein512[] = {
 };
 
 constexpr Candidate<SkeinBlocks> skein1024[] = {
+    {"avx2", cpu::avx2, X86(Skein1024_Blocks_X86Avx2)},
     {"portable", cpu::none, Skein1024_Blocks_Portable},
 };
 

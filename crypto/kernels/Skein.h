@@ -15,6 +15,7 @@ using SkeinBlocks = void(std::uint64_t* chain, std::uint64_t tweak[2], const std
 SkeinBlocks Skein256_Blocks_Portable;
 SkeinBlocks Skein512_Blocks_Portable;
 SkeinBlocks Skein1024_Blocks_Portable;
+SkeinBlocks Skein1024_Blocks_X86Avx2;
 
 // The flags and types of tweak word 1.
 namespace skein_tweak {
