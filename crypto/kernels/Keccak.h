@@ -14,5 +14,6 @@ using KeccakBlocks = void(std::uint64_t state[25], const std::uint8_t* blocks, s
                           std::size_t count);
 
 KeccakBlocks Keccak_Blocks_Portable;
+KeccakBlocks Keccak_Blocks_X86Bmi;
 
 } // namespace kernels

@@ -18,6 +18,7 @@ constexpr Candidate<CrcBytes> crc[] = {
 };
 
 constexpr Candidate<KeccakBlocks> keccak[] = {
+    {"bmi", cpu::bmi, X86(Keccak_Blocks_X86Bmi)},
     {"portable", cpu::none, Keccak_Blocks_Portable},
 };
 
@@ -44,6 +45,7 @@ constexpr Candidate<Sha256Blocks> sha256[] = {
 };
 
 constexpr Candidate<Sha512Blocks> sha512[] = {
+    {"avx2", cpu::avx2 | cpu::bmi, X86(Sha512_Blocks_X86Avx2)},
     {"portable", cpu::none, Sha512_Blocks_Portable},
 };
 
