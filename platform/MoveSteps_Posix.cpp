@@ -7,12 +7,15 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <string_view>
 #include <unistd.h>
 
 namespace platform {
 
 namespace {
+
+bool IsWithin(std::string_view path, std::string_view directory) {
+    return path.starts_with(directory) && (path.size() == directory.size() || path[directory.size()] == '/');
+}
 
 bool Exists(const char* path) {
     struct stat status;
@@ -25,13 +28,8 @@ bool IsSameDirectory(const char* a, const char* b) {
     return stat(a, &statusA) == 0 && stat(b, &statusB) == 0 && FileIdentity(statusA) == FileIdentity(statusB);
 }
 
-// Gives the file a second name, which never replaces anything, and takes the first one away. Whatever somebody
-// else put under either name in the meantime stays.
-int MoveByLink(const char* from, const char* to) {
-    struct stat status;
-    if (lstat(from, &status) != 0 || moveCalls.link(from, to) != 0)
-        return errno;
-    const FileIdentity file(status);
+// Takes the first of a file's two names away. Whatever somebody else put under either name in the meantime stays.
+int RemoveFirstName(const char* from, const char* to, const FileIdentity& file) {
     if (!Names(from, file) || moveCalls.unlink(from) == 0)
         return 0;
     const int error = errno;
@@ -71,12 +69,22 @@ int MoveOverPlaceholder(const char* from, const char* to) {
     return error;
 }
 
+// Whether a failure to link says nothing against the move: the file system has no links, or not for this file.
+bool AllowsPlaceholder(int linkError) {
+    return linkError != EEXIST && linkError != EXDEV && linkError != ENOENT;
+}
+
+// A second name never replaces anything; then the first one goes.
 int RenameWithoutFlag(const char* from, const char* to) {
+    struct stat status;
     if (Exists(to))
         return IsSameName(from, to) ? 0 : EEXIST;
-    const int error = MoveByLink(from, to);
-    const bool isFinal = error == 0 || error == EEXIST || error == EXDEV || error == ENOENT;
-    return isFinal ? error : MoveOverPlaceholder(from, to);
+    if (lstat(from, &status) != 0)
+        return errno;
+    if (moveCalls.link(from, to) == 0)
+        return RemoveFirstName(from, to, FileIdentity(status));
+    const int error = errno;
+    return AllowsPlaceholder(error) ? MoveOverPlaceholder(from, to) : error;
 }
 
 } // namespace
@@ -88,6 +96,10 @@ SplitNativePath::SplitNativePath(const char* path) {
                                     : separator == path  ? std::string_view("/")
                                                          : std::string_view(path, separator);
     parent[before.copy(parent, sizeof parent - 1)] = '\0';
+}
+
+bool BelongsToSystem(std::string_view directory) {
+    return IsWithin(directory, "/proc") || (IsWithin(directory, "/dev") && !IsWithin(directory, "/dev/shm"));
 }
 
 bool Names(const char* path, const FileIdentity& file) {

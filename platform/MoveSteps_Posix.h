@@ -5,6 +5,7 @@
 #include "platform/FileIdentity_Posix.h"
 
 #include <climits>
+#include <string_view>
 
 namespace platform {
 
@@ -15,6 +16,10 @@ struct SplitNativePath {
     char parent[PATH_MAX];
     const char* name; // into the path
 };
+
+// Whether a directory, by its full path, is one whose names belong to the system: /dev/stdin is no name to be
+// given away. /dev/shm is ordinary storage.
+bool BelongsToSystem(std::string_view directory);
 
 // Whether a path names this very file or, for a link, this very link.
 bool Names(const char* path, const FileIdentity& file);

@@ -9,22 +9,14 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <string_view>
 
 namespace platform {
 
 namespace {
 
-bool IsWithin(std::string_view path, std::string_view directory) {
-    return path.starts_with(directory) && (path.size() == directory.size() || path[directory.size()] == '/');
-}
-
-// The names there belong to the system: /dev/stdin is no name to be given away. /dev/shm is ordinary storage.
-bool BelongsToSystem(const char* path) {
+bool IsInSystemDirectory(const char* path) {
     char resolved[PATH_MAX];
-    if (realpath(SplitNativePath(path).parent, resolved) == nullptr)
-        return true;
-    return IsWithin(resolved, "/proc") || (IsWithin(resolved, "/dev") && !IsWithin(resolved, "/dev/shm"));
+    return realpath(SplitNativePath(path).parent, resolved) == nullptr || BelongsToSystem(resolved);
 }
 
 // Regular files and links to them, none that is still open.
@@ -32,7 +24,7 @@ bool MayGo(const char* path) {
     struct stat entry;
     struct stat file;
     return lstat(path, &entry) == 0 && (S_ISREG(entry.st_mode) || S_ISLNK(entry.st_mode)) &&
-           stat(path, &file) == 0 && S_ISREG(file.st_mode) && !IsHeldOpen(file) && !BelongsToSystem(path);
+           stat(path, &file) == 0 && S_ISREG(file.st_mode) && !IsHeldOpen(file) && !IsInSystemDirectory(path);
 }
 
 } // namespace

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+// Moves on file systems and kernels that cannot rename without replacing, or that know no hard links.
+#include "tests/platform/MoveFixture_Posix.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using platform::moveCalls;
+using platform::systemMoveCalls;
+
+// The three answers of systems that do not know the flag.
+const decltype(moveCalls.renameNoReplace) withoutFlag[] = {FailWith<EINVAL>, FailWith<ENOSYS>,
+                                                           FailWith<EOPNOTSUPP>};
+
+class MoveFallback : public MoveFixture {
+  protected:
+    MoveFallback() { moveCalls.renameNoReplace = FailWith<EINVAL>; }
+};
+
+class MoveWithoutLinks : public MoveFallback {
+  protected:
+    MoveWithoutLinks() { moveCalls.link = FailWith<EPERM>; }
+};
+
+TEST_F(MoveFallback, AFileIsMovedByASecondLink) {
+    for (const auto call : withoutFlag) {
+        moveCalls.renameNoReplace = call;
+        Write("a", "x");
+        EXPECT_TRUE(Move("a", "b"));
+        EXPECT_EQ(Read("a"), "(none)");
+        EXPECT_EQ(Read("b"), "x");
+        EXPECT_EQ(fs::hard_link_count("b"), 1u);
+        unlink("b");
+    }
+}
+
+TEST_F(MoveFallback, ALinkIsMovedItself) {
+    Write("a", "x");
+    fs::create_symlink("a", "link");
+    EXPECT_TRUE(Move("link", "b"));
+    EXPECT_TRUE(fs::is_symlink("b"));
+    EXPECT_EQ(fs::hard_link_count("a"), 1u);
+}
+
+TEST_F(MoveFallback, AnExistingTargetIsNotReplaced) {
+    Write("a", "x");
+    Write("b", "y");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "y");
+}
+
+TEST_F(MoveFallback, AFileThatBearsTheNameStaysAndCountsAsMoved) {
+    Write("a", "x");
+    EXPECT_TRUE(Move("a", "a"));
+    EXPECT_TRUE(Move("./a", "a"));
+    EXPECT_EQ(Read("a"), "x");
+}
+
+TEST_F(MoveFallback, ATargetThatAppearsInTheMeantimeIsNotReplaced) {
+    moveCalls.link = [](const char* from, const char* to) {
+        Write(to, "theirs");
+        return systemMoveCalls.link(from, to);
+    };
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "theirs");
+}
+
+TEST_F(MoveFallback, AFileThatCannotLoseItsNameKeepsItAndLosesTheNewOne) {
+    moveCalls.unlink = [](const char* path) {
+        return std::string(path) == "a" ? FailWith<EPERM>(path) : systemMoveCalls.unlink(path);
+    };
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "(none)");
+}
+
+TEST_F(MoveFallback, AFileThatWasReplacedInTheMeantimeIsLeftToItsOwner) {
+    moveCalls.link = [](const char* from, const char* to) {
+        const int result = systemMoveCalls.link(from, to);
+        Write("new", "theirs");
+        fs::rename("new", from);
+        return result;
+    };
+    Write("a", "x");
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "theirs");
+    EXPECT_EQ(Read("b"), "x");
+}
+
+TEST_F(MoveFallback, AFileThatVanishedIsNotMoved) {
+    moveCalls.renameNoReplace = [](const char* from, const char*) {
+        unlink(from);
+        return FailWith<EINVAL>();
+    };
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("b"), "(none)");
+}
+
+TEST_F(MoveWithoutLinks, AFileIsMovedOverAPlaceholder) {
+    Write("a", "x");
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "(none)");
+    EXPECT_EQ(Read("b"), "x");
+}
+
+TEST_F(MoveWithoutLinks, AnExistingTargetIsNotReplaced) {
+    Write("a", "x");
+    Write("b", "y");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "y");
+}
+
+TEST_F(MoveWithoutLinks, ATargetThatAppearsInTheMeantimeIsNotReplaced) {
+    moveCalls.link = [](const char*, const char* to) {
+        Write(to, "theirs");
+        return FailWith<EPERM>();
+    };
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "theirs");
+}
+
+TEST_F(MoveWithoutLinks, AFailedMoveLeavesNoPlaceholder) {
+    moveCalls.rename = FailWith<EACCES>;
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "(none)");
+}
+
+TEST_F(MoveWithoutLinks, APlaceholderThatSomebodyWroteToStays) {
+    moveCalls.rename = [](const char* from, const char* to) {
+        Write(to, "theirs");
+        return FailWith<EACCES>(from);
+    };
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "theirs");
+}
+
+TEST_F(MoveWithoutLinks, NothingIsMovedWhereNoPlaceholderCanBe) {
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", "missing/b"));
+    EXPECT_EQ(Read("a"), "x");
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "tests/platform/MoveFixture_Posix.h"
+
+#include "platform/MoveSteps_Posix.h"
+
+#include <climits>
+#include <fcntl.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using MovePosix = MoveFixture;
+
+TEST_F(MovePosix, AnotherHardLinkOfTheFileIsInTheWayLikeAnyFile) {
+    Write("a", "x");
+    fs::create_hard_link("a", "b");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Read("b"), "x");
+}
+
+TEST_F(MovePosix, AFileWithSeveralLinksThatBearsTheNameStaysAndCountsAsMoved) {
+    Write("a", "x");
+    fs::create_hard_link("a", "b");
+    EXPECT_TRUE(Move("a", "a"));
+    EXPECT_TRUE(Move((scratch.Directory() / "a").string(), "a"));
+    EXPECT_TRUE(Move("./a", "a"));
+    EXPECT_EQ(Read("b"), "x");
+}
+
+TEST_F(MovePosix, AHardLinkOfTheSameNameElsewhereIsInTheWay) {
+    fs::create_directory("sub");
+    Write("a", "x");
+    fs::create_hard_link("a", "sub/a");
+    EXPECT_FALSE(Move("sub/a", "a"));
+    EXPECT_EQ(Read("sub/a"), "x");
+}
+
+TEST_F(MovePosix, TheNameIsTheSameThroughALinkedDirectory) {
+    fs::create_directory("sub");
+    fs::create_directory_symlink("sub", "link");
+    Write("sub/a", "x");
+    EXPECT_TRUE(Move("link/a", "sub/a"));
+    fs::create_hard_link("sub/a", "b");
+    EXPECT_TRUE(Move("link/a", "sub/a"));
+    EXPECT_EQ(Read("sub/a"), "x");
+}
+
+TEST_F(MovePosix, ALinkToAFileIsMovedAndRemovedItself) {
+    Write("a", "x");
+    fs::create_symlink("a", "link");
+    EXPECT_TRUE(Move("link", "b"));
+    EXPECT_TRUE(fs::is_symlink("b"));
+    EXPECT_TRUE(Remove("b"));
+    EXPECT_EQ(Read("a"), "x");
+}
+
+TEST_F(MovePosix, ADanglingLinkIsInTheWay) {
+    Write("a", "x");
+    fs::create_symlink("missing", "b");
+    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_TRUE(fs::is_symlink("b"));
+}
+
+TEST_F(MovePosix, WhatIsNoFileStaysWhereItIs) {
+    fs::create_directory("d");
+    fs::create_symlink("d", "to-directory");
+    fs::create_symlink("missing", "dangling");
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    fs::create_symlink("pipe", "to-pipe");
+    for (const char* const name : {"d", "to-directory", "dangling", "pipe", "to-pipe"}) {
+        EXPECT_FALSE(Move(name, "b")) << name;
+        EXPECT_FALSE(Remove(name)) << name;
+        EXPECT_NE(fs::symlink_status(name).type(), fs::file_type::not_found) << name;
+    }
+}
+
+// /dev/stdin and its like lead to ordinary files when the shell redirects from one.
+TEST_F(MovePosix, NamesThatBelongToTheSystemStay) {
+    Write("a", "x");
+    const int descriptor = open("a", O_RDONLY);
+    const std::string number = std::to_string(descriptor);
+    for (const std::string& name :
+         {"/proc/self/fd/" + number, "/dev/fd/" + number, std::string("/proc/self/exe")}) {
+        EXPECT_FALSE(Move(name, "b")) << name;
+        EXPECT_FALSE(Remove(name)) << name;
+    }
+    close(descriptor);
+    EXPECT_EQ(Read("b"), "(none)");
+    EXPECT_EQ(Read("a"), "x");
+}
+
+TEST_F(MovePosix, DirectoriesOfTheSystemAreTold) {
+    for (const char* const path : {"/dev", "/dev/fd", "/dev/pts", "/dev/shmx", "/proc", "/proc/1/fd"})
+        EXPECT_TRUE(platform::BelongsToSystem(path)) << path;
+    for (const char* const path : {"/", "/devel", "/procedures/x", "/home/dev", "/dev/shm", "/dev/shm/x"})
+        EXPECT_FALSE(platform::BelongsToSystem(path)) << path;
+}
+
+TEST_F(MovePosix, PathsAreSplitIntoDirectoryAndName) {
+    const std::string rows[][3] = {{"a", ".", "a"},     {"./a", ".", "a"}, {"/a", "/", "a"},
+                                   {"/d/a", "/d", "a"}, {"d/", "d", ""},   {"", ".", ""}};
+    for (const auto& [path, parent, name] : rows) {
+        const platform::SplitNativePath split(path.c_str());
+        EXPECT_EQ(split.parent, parent) << path;
+        EXPECT_EQ(split.name, name) << path;
+    }
+}
+
+TEST_F(MovePosix, APathThatIsTooLongMovesNothing) {
+    Write("a", "x");
+    EXPECT_FALSE(Move("a", std::string(PATH_MAX, 'b')));
+    EXPECT_FALSE(Move("a", std::string(256, 'b')));
+    EXPECT_EQ(Read("a"), "x");
+}
+
+} // namespace
