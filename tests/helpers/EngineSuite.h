@@ -19,10 +19,10 @@
 
 #include "crypto/CCrypto_Salt.h"
 #include "platform/File.h"
-#include "tests/fakes/FailingAllocation.h"
 #include "tests/fakes/FaultRecorder.h"
 #include "tests/helpers/Bytes.h"
 #include "tests/helpers/DigestText.h"
+#include "tests/helpers/FailingNew.h"
 #include "tests/helpers/FamilyNames.h"
 #include "tests/helpers/ScratchFiles.h"
 
@@ -138,7 +138,7 @@ TYPED_TEST_P(EngineSuite, FailedAllocationIsReportedAndGivesFalse) {
     const std::string expected = helpers::EngineText<TypeParam>(this->engine, path.c_str());
     char text[1024] = "as it was";
     {
-        const fakes::FailingAllocation noBuffer(TypeParam::readBufferSize);
+        const auto noBuffer = helpers::FailingNew::OfSize(TypeParam::readBufferSize);
         EXPECT_FALSE(TypeParam::GetFromFileAsString(this->engine, path.c_str(), text));
     }
     EXPECT_STREQ(text, "as it was");

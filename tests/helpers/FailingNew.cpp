@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "tests/helpers/FailingNew.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+
+namespace helpers {
+
+namespace {
+
+FailingNew* active = nullptr;
+
+void* Allocate(std::size_t bytes) noexcept {
+    if (active != nullptr && active->Refuses(bytes))
+        return nullptr;
+    return std::malloc(std::max<std::size_t>(bytes, 1));
+}
+
+void* AllocateOrThrow(std::size_t bytes) {
+    if (void* const memory = Allocate(bytes))
+        return memory;
+    throw std::bad_alloc();
+}
+
+} // namespace
+
+FailingNew::FailingNew(std::size_t size, std::size_t turn, bool always)
+    : size_(size), turn_(turn), always_(always) {
+    active = this;
+}
+
+FailingNew::~FailingNew() {
+    active = nullptr;
+}
+
+bool FailingNew::Refuses(std::size_t bytes) {
+    ++count_;
+    const bool refused = always_ || count_ == turn_ || (bytes == size_ && size_ != 0);
+    failures_ += refused ? 1 : 0;
+    return refused;
+}
+
+} // namespace helpers
+
+// All forms, so that none of a sanitizer's own is left to be paired with one of these.
+void* operator new(std::size_t bytes) {
+    return helpers::AllocateOrThrow(bytes);
+}
+void* operator new[](std::size_t bytes) {
+    return helpers::AllocateOrThrow(bytes);
+}
+void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+    return helpers::Allocate(bytes);
+}
+void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
+    return helpers::Allocate(bytes);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
+    std::free(memory);
+}
