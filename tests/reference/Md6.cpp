@@ -120,6 +120,7 @@ Words Md6Compress(const Words& input, int rounds) {
     static constexpr std::array<int, 16> right = {10, 5, 13, 10, 11, 12, 2, 7, 14, 15, 7, 13, 11, 7, 6, 12};
     static constexpr std::array<int, 16> left = {11, 24, 9, 16, 15, 9, 27, 15, 6, 2, 29, 8, 15, 5, 31, 9};
     Words a = input;
+    a.reserve(input.size() + 16 * static_cast<std::size_t>(rounds));
     std::uint64_t constant = 0x0123456789abcdef;
     for (std::size_t i = 89; i < 89 + 16 * static_cast<std::size_t>(rounds); ++i) {
         const std::size_t step = (i - 89) % 16;

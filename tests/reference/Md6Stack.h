@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// MD6's mode of operation as its report describes it for streams (chapter 2.4 and the listing of its appendix): a
+// stack with one block of 4096 bits per level, every node compressed alone and as soon as the data goes on behind it.
+#pragma once
+
+#include "tests/reference/Md6.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace reference {
+
+class Md6Stack {
+  public:
+    // The parameters of section 2.4; rounds negative: the standard's number.
+    explicit Md6Stack(const Md6Parameters& parameters);
+
+    // Takes bits, one per element.
+    void Update(const std::vector<bool>& bits);
+
+    // Both return 0, or 3 and 4 for a level below 0 and above 27.
+    int Process(int level, bool final);
+    int CompressBlock(std::vector<std::uint64_t>& value, int level, bool root);
+
+    // The digest. The last thing before must have been an Update with data. When all other data was taken away by
+    // CompressBlock, no node is the root, and the digest is what Process left, or zeros.
+    std::vector<std::uint8_t> Final();
+
+  private:
+    struct Level {
+        std::vector<bool> bits;
+        std::uint64_t nextIndex = 0;
+    };
+
+    Md6Parameters parameters_;
+    std::vector<std::uint64_t> prefix_; // Q and K
+    std::array<Level, 29> levels_;
+    int top_ = 1;
+    std::vector<std::uint64_t> rootValue_ = std::vector<std::uint64_t>(16, 0);
+};
+
+} // namespace reference
