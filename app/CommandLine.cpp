@@ -106,9 +106,10 @@ void SetVerbosity(RunContext& context, SaltChoice&, const wchar_t* value) {
         context.verbosity = static_cast<std::uint8_t>(*value - L'0');
 }
 
-// Whether an option's text is the whole argument or is followed by a value, and whether the argument is still
-// looked up as a target afterwards, as the polynomial options always were.
+// Whether an option's text is the whole argument or is followed by a value.
 enum class Match { Whole, Prefix };
+
+// Whether the argument is still looked up as a target afterwards, as the polynomial options always were.
 enum class Afterwards { UsedUp, StaysTarget };
 
 struct Option {

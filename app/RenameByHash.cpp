@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// The name is made of whatever digest was computed last: with several functions that of the last selected row,
-// and after a failure that of an earlier file, or nothing before the first success. It has no directory part on
-// purpose: a file met in a walk stays in the walked directory, which is the current one, and a file named on
-// the command line is collected in the directory in which the program was started.
+// The name is made of whatever digest was computed last: with several functions that of the last selected
+// row, and after a failure that of an earlier file, or nothing before the first success. It has no directory
+// part on purpose: a file met in a walk stays in the walked directory, which is the current one, and a file
+// named on the command line is collected in the directory in which the program was started.
 #include "app/RenameByHash.h"
 
 #include "platform/Directory.h"

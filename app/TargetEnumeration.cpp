@@ -40,18 +40,22 @@ bool ProcessFoundDirectory(RunContext& context, const wchar_t* path, const Found
     return IsSelfOrParent(entry.name) || ProcessDirectory(context, path);
 }
 
-// The drive and directory that the names found for an argument belong to. An argument without a directory part
-// is completed with the current directory, and one with a directory part stays relative on purpose, although
-// names composed from it lead nowhere once a walk has changed the current directory: names printed at
-// verbosity 3, and recorded, are composed this way. False when the current directory is not known.
-bool SplitTarget(const wchar_t* argument, PathParts& parts) {
+// Splits an argument that was found. "dir/" was found as "dir", and is split as that.
+void SplitWithoutTrailingSeparators(const wchar_t* argument, PathParts& parts) {
     wchar_t target[maxPath];
     FormatToBuffer(target, maxPath, L"%s", argument);
     std::size_t length = std::wcslen(target);
-    while (length > 1 && target[length - 1] == pathSeparator) // "dir/" was found as "dir"
+    while (length > 1 && target[length - 1] == pathSeparator)
         target[--length] = L'\0';
-
     platform::SplitPath(target, parts);
+}
+
+// The drive and directory of the names found for an argument. An argument without a directory part is
+// completed with the current directory. Deliberately, one with a directory part stays relative, although the
+// paths composed from it lead nowhere once a walk has made another directory current: this is how recorded
+// reports show them. False when the current directory is not known.
+bool LocateTarget(const wchar_t* argument, PathParts& parts) {
+    SplitWithoutTrailingSeparators(argument, parts);
     if (parts.directory[0] != L'\0')
         return true;
     wchar_t current[maxPath];
@@ -99,7 +103,7 @@ bool ProcessTarget(RunContext& context, const wchar_t* argument) {
     if (search == platform::noSearch)
         return true;
     PathParts parts;
-    const bool restored = !SplitTarget(argument, parts) || ProcessMatches(context, search, entry, parts);
+    const bool restored = !LocateTarget(argument, parts) || ProcessMatches(context, search, entry, parts);
     platform::SearchClose(search);
     return restored;
 }

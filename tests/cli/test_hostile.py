@@ -10,8 +10,9 @@ import unittest
 import launcher
 from expected import md5
 
-OPTIONS = [b"-hash=", b"-hash=MD5", b"-hash=CRC-32", b"-hash=ALL", b"-salt=", b"-salttype=", b"-salttype=both", b"-rename",
-           b"-renamedel", b"-subdirs", b"-verbosity=", b"-verbosity=3", b"-poly16=0x", b"-poly32=0x", b"-poly64=0x"]
+OPTIONS = [b"-hash=", b"-hash=MD5", b"-hash=CRC-32", b"-hash=ALL", b"-salt=", b"-salttype=", b"-salttype=both",
+           b"-rename", b"-renamedel", b"-subdirs", b"-verbosity=", b"-verbosity=3", b"-poly16=0x", b"-poly32=0x",
+           b"-poly64=0x"]
 
 
 class Garbage(launcher.ScratchCase):
@@ -107,8 +108,9 @@ class Output(launcher.ScratchCase):
         for default in (signal.SIG_DFL, signal.SIG_IGN):
             def restore(disposition=default):
                 signal.signal(signal.SIGPIPE, disposition)
-            process = subprocess.Popen(launcher.command("-hash=MD5", *self.TARGETS), cwd=self.scratch, stdout=subprocess.PIPE,
-                                       stderr=subprocess.PIPE, stdin=subprocess.DEVNULL, preexec_fn=restore)
+            process = subprocess.Popen(launcher.command("-hash=MD5", *self.TARGETS), cwd=self.scratch,
+                                       stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                       preexec_fn=restore)
             process.stdout.read(1)
             process.stdout.close()
             errors = process.stderr.read()
