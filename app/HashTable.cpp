@@ -24,6 +24,11 @@ bool Md5(RunContext& context, const wchar_t* path) {
     return context.md5.GetFromFileAsString(path, context.hashText);
 }
 
+template <unsigned short bits>
+bool Md6(RunContext& context, const wchar_t* path) {
+    return context.md6.GetFromFileAsString(path, context.hashText, sizeof context.hashText, bits, 0);
+}
+
 template <auto operation>
 bool Sha(RunContext& context, const wchar_t* path) {
     return (context.sha.*operation)(path, context.hashText);
@@ -70,6 +75,7 @@ constexpr auto unsalted = nullptr;
 constexpr auto crcSalt = SaltOf<&RunContext::crc>;
 constexpr auto md4Salt = SaltOf<&RunContext::md4>;
 constexpr auto md5Salt = SaltOf<&RunContext::md5>;
+constexpr auto md6Salt = SaltOf<&RunContext::md6>;
 constexpr auto shaSalt = SaltOf<&RunContext::sha>;
 constexpr auto skeinSalt = SaltOf<&RunContext::skein>;
 constexpr auto tigerSalt = SaltOf<&RunContext::tiger>;
@@ -97,13 +103,13 @@ const std::array<HashRow, hashRowCount> hashTable = {{
     {L"KECCAK-512", Sponge<512, true>, onSuccess, unsalted},
     {L"MD4", Md4, always, md4Salt},
     {L"MD5", Md5, always, md5Salt},
-    {L"MD6-128", nullptr, always, nullptr},
-    {L"MD6-160", nullptr, always, nullptr},
-    {L"MD6-192", nullptr, always, nullptr},
-    {L"MD6-224", nullptr, always, nullptr},
-    {L"MD6-256", nullptr, always, nullptr},
-    {L"MD6-384", nullptr, always, nullptr},
-    {L"MD6-512", nullptr, always, nullptr},
+    {L"MD6-128", Md6<128>, always, md6Salt},
+    {L"MD6-160", Md6<160>, always, md6Salt},
+    {L"MD6-192", Md6<192>, always, md6Salt},
+    {L"MD6-224", Md6<224>, always, md6Salt},
+    {L"MD6-256", Md6<256>, always, md6Salt},
+    {L"MD6-384", Md6<384>, always, md6Salt},
+    {L"MD6-512", Md6<512>, always, md6Salt},
     {L"SHA1", Sha<&CCrypto_Sha::GetSha1_FromFileAsString>, onSuccess, shaSalt},
     {L"SHA2-256", Sha<&CCrypto_Sha::GetSha2_256_FromFileAsString>, onSuccess, shaSalt},
     {L"SHA2-384", Sha<&CCrypto_Sha::GetSha2_384_FromFileAsString>, onSuccess, shaSalt},

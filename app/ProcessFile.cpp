@@ -16,8 +16,6 @@ void PrintNameLine(const RunContext& context, const platform::PathParts& parts) 
 }
 
 void PrintDigestLine(RunContext& context, const HashRow& row, const wchar_t* path) {
-    if (row.hash == nullptr)
-        return;
     const bool hashed = row.hash(context, path);
     if (hashed || row.printedAlways)
         ConsolePrintf(L"  %S\n", context.hashText);

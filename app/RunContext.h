@@ -5,6 +5,7 @@
 #include "crypto/CCrypto_Crc.h"
 #include "crypto/CCrypto_Md4.h"
 #include "crypto/CCrypto_Md5.h"
+#include "crypto/CCrypto_Md6.h"
 #include "crypto/CCrypto_Sha.h"
 #include "crypto/CCrypto_Shake.h"
 #include "crypto/CCrypto_Skein.h"
@@ -28,6 +29,7 @@ struct RunContext {
     CCrypto_Crc crc{nullptr};
     CCrypto_Md4 md4{nullptr};
     CCrypto_Md5 md5{nullptr};
+    CCrypto_Md6 md6{nullptr};
     CCrypto_Sha sha{nullptr};
     CCrypto_Shake shake{nullptr};
     CCrypto_Skein skein{nullptr};
