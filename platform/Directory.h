@@ -33,8 +33,8 @@ inline constexpr SearchHandle noSearch = -1;
 // a dangling link, a socket, "." or ".." by name, or an argument of maxPath characters.
 SearchHandle SearchFirst(const wchar_t* pattern, FoundEntry& entry);
 
-// Writes the next match; false when there is none. A search need not be closed: it holds no descriptor, and
-// no memory once it has ended.
+// Writes the next match; false when there is none. A search need not be closed; on POSIX systems it holds no
+// descriptor, and once it has ended no memory.
 bool SearchNext(SearchHandle search, FoundEntry& entry);
 
 // Ends a search; one that has ended already may be closed too.

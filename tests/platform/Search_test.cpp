@@ -100,14 +100,14 @@ TEST_F(Search, FilesRenamedDuringTheSearchAreNotMetAgain) {
 }
 
 TEST_F(Search, SearchesInsideEachOtherDoNotDisturbEachOther) {
-    scratch.Write("a", "");
-    scratch.Write("b", "");
+    scratch.Write("a.x", "");
+    scratch.Write("b.x", "");
     FoundEntry outer;
-    const platform::SearchHandle search = platform::SearchFirst(scratch.Path("?").c_str(), outer);
-    EXPECT_EQ(Find("*"), Names({L"./", L"../", L"a", L"b"}));
-    EXPECT_STREQ(outer.name, L"a");
+    const platform::SearchHandle search = platform::SearchFirst(scratch.Path("*.x").c_str(), outer);
+    EXPECT_EQ(Find("*"), Names({L"./", L"../", L"a.x", L"b.x"}));
+    EXPECT_STREQ(outer.name, L"a.x");
     ASSERT_TRUE(platform::SearchNext(search, outer));
-    EXPECT_STREQ(outer.name, L"b");
+    EXPECT_STREQ(outer.name, L"b.x");
     EXPECT_FALSE(platform::SearchNext(search, outer));
     platform::SearchClose(search);
 }

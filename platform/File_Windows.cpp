@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+// Files are opened by the runtime, whose secure open also decides about sharing, and read past its buffers.
+#include "platform/EncodedPieces.h"
+#include "platform/File.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <io.h>
+#include <windows.h>
+
+namespace platform {
+
+namespace {
+
+std::FILE* StreamOf(const InputFile& file) {
+    return reinterpret_cast<std::FILE*>(file.native);
+}
+
+int DescriptorOf(const InputFile& file) {
+    return _fileno(StreamOf(file));
+}
+
+std::FILE* Open(const wchar_t* path, const wchar_t* mode) {
+    std::FILE* stream = nullptr;
+    return _wfopen_s(&stream, path, mode) == 0 ? stream : nullptr;
+}
+
+} // namespace
+
+InputFile OpenForReading(const wchar_t* path) {
+    InputFile file;
+    if (std::FILE* const stream = Open(path, L"rb"))
+        file.native = reinterpret_cast<std::intptr_t>(stream);
+    return file;
+}
+
+std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capacity) {
+    std::size_t total = 0;
+    while (total < capacity && !file.ended) {
+        const std::size_t wanted = std::min<std::size_t>(capacity - total, INT_MAX);
+        const int count = _read(DescriptorOf(file), buffer + total, static_cast<unsigned>(wanted));
+        file.ended = count <= 0;
+        if (count > 0)
+            total += static_cast<std::size_t>(count);
+    }
+    return total;
+}
+
+std::int64_t SizeOf(InputFile& file) {
+    if (!IsRegular(file))
+        return 0;
+    const std::int64_t size = _lseeki64(DescriptorOf(file), 0, SEEK_END);
+    file.ended = _lseeki64(DescriptorOf(file), 0, SEEK_SET) != 0;
+    return std::max<std::int64_t>(size, 0);
+}
+
+bool IsRegular(const InputFile& file) {
+    return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(DescriptorOf(file)))) == FILE_TYPE_DISK;
+}
+
+void Close(InputFile& file) {
+    std::fclose(StreamOf(file));
+    file = InputFile{};
+}
+
+// A walk meets neither pipes nor devices here: they have no names in directories.
+void AllowSpecialFiles(bool) {}
+
+bool AppendText(const wchar_t* path, const wchar_t* text) {
+    std::FILE* const stream = Open(path, L"a");
+    if (stream == nullptr)
+        return false;
+    bool complete = true;
+    ForEachEncodedPiece(text, [&](const char* bytes, std::size_t count) {
+        complete = std::fwrite(bytes, 1, count, stream) == count && complete;
+    });
+    return std::fclose(stream) == 0 && complete;
+}
+
+} // namespace platform
