@@ -18,3 +18,7 @@ target_compile_options(fyrn_settings INTERFACE
   # __FILE__ and debug information name sources relative to the project, so that two checkouts build the same
   # bytes, and catch-site records read the same.
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+
+# Asked of the compiler: the processor's name is not known when building for another system.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("#ifndef __x86_64__\n#error\n#endif\nint main() {}" FYRN_X86_64)
