@@ -74,7 +74,7 @@ TYPED_TEST(Md4Md5, EveryLengthTo300AgreesWithTheReference) {
 
 TYPED_TEST(Md4Md5, FilesAroundTheReadBufferAgreeWithTheReference) {
     const Bytes message = helpers::PseudoRandomBytes(2'097'153, 1048576);
-    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577, 2'097'152, 2'097'153}) {
+    for (const std::size_t length : {1'048'575u, 1'048'576u, 1'048'577u, 2'097'152u, 2'097'153u}) {
         const Message head(message.data(), length);
         EXPECT_EQ(this->Text(head), this->Expected(head)) << length << " bytes";
     }

@@ -35,7 +35,7 @@ TEST(Md4Md5Oracle, EveryLengthTo300Agrees) {
 
 TEST(Md4Md5Oracle, FilesAroundTheReadBufferAgree) {
     const helpers::Bytes message = helpers::PseudoRandomBytes(2'097'153, 6);
-    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577, 2'097'152, 2'097'153})
+    for (const std::size_t length : {1'048'575u, 1'048'576u, 1'048'577u, 2'097'152u, 2'097'153u})
         ExpectAgreementOfBoth({message.data(), length});
 }
 
