@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/CCrypto_Crc.h"
 
-#include "tests/helpers/Bytes.h"
-#include "tests/helpers/DigestText.h"
+#include "tests/helpers/EngineSuite.h"
 #include "tests/reference/Crc.h"
-
-#include <gtest/gtest.h>
 
 #include <bit>
 #include <cstring>
@@ -16,29 +13,72 @@ namespace {
 
 using helpers::Bytes;
 
-struct Texts {
-    std::string crc16, crc32, crc64;
-};
-
-Texts TextsOf(CCrypto_Crc& engine, const wchar_t* path) {
-    return {helpers::DigestText(
-                path, [&](auto file, char* text) { return engine.Crc16_GetFromFileAsString(file, text); }),
-            helpers::DigestText(
-                path, [&](auto file, char* text) { return engine.Crc32_GetFromFileAsString(file, text); }),
-            helpers::DigestText(
-                path, [&](auto file, char* text) { return engine.Crc64_GetFromFileAsString(file, text); })};
-}
-
 std::string Digits(std::uint64_t crc, int count) {
     std::ostringstream text;
     text << std::hex << std::setfill('0') << std::setw(count) << crc;
     return text.str();
 }
 
+template <unsigned int crcWidth, class Word, std::uint64_t polynomial, auto getFromFile,
+          auto getFromFileAsString>
+struct Function {
+    using Engine = CCrypto_Crc;
+    static constexpr std::size_t digestSize = sizeof(Word);
+    static constexpr std::size_t readBufferSize = 1'000'000;
+    static constexpr const char* sourceFile = "crypto/CCrypto_Crc.cpp";
+    static constexpr int getFromFileLine = 0; // not fixed
+
+    static bool GetFromFile(Engine& engine, const wchar_t* path, unsigned char* digest) {
+        Word crc = 0;
+        if (!(engine.*getFromFile)(path, digest != nullptr ? &crc : nullptr))
+            return false;
+        std::memcpy(digest, &crc, sizeof crc);
+        return true;
+    }
+    static bool GetFromFileAsString(Engine& engine, const wchar_t* path, char* text) {
+        return (engine.*getFromFileAsString)(path, text);
+    }
+    static Bytes Reference(std::span<const std::uint8_t> message) {
+        const std::uint64_t ones = ~std::uint64_t{0} >> (64 - crcWidth);
+        return helpers::FromHex(Digits(reference::Crc(crcWidth, polynomial, ones, message), crcWidth / 4));
+    }
+};
+
+struct Crc16 : Function<16, std::uint16_t, 0xa001, &CCrypto_Crc::Crc16_GetFromFile,
+                        &CCrypto_Crc::Crc16_GetFromFileAsString> {
+    static constexpr const char* name = "Crc16";
+    static constexpr const char* getFromFileSignature =
+        "bool __cdecl CCrypto_Crc::Crc16_GetFromFile(const wchar_t *,unsigned short *)";
+};
+
+struct Crc32 : Function<32, std::uint32_t, 0xedb88320, &CCrypto_Crc::Crc32_GetFromFile,
+                        &CCrypto_Crc::Crc32_GetFromFileAsString> {
+    static constexpr const char* name = "Crc32";
+    static constexpr const char* getFromFileSignature =
+        "bool __cdecl CCrypto_Crc::Crc32_GetFromFile(const wchar_t *,unsigned int *)";
+};
+
+struct Crc64 : Function<64, std::uint64_t, 0xd800000000000000, &CCrypto_Crc::Crc64_GetFromFile,
+                        &CCrypto_Crc::Crc64_GetFromFileAsString> {
+    static constexpr const char* name = "Crc64";
+    static constexpr const char* getFromFileSignature =
+        "bool __cdecl CCrypto_Crc::Crc64_GetFromFile(const wchar_t *,unsigned __int64 *)";
+};
+
+using Functions = testing::Types<Crc16, Crc32, Crc64>;
+INSTANTIATE_TYPED_TEST_SUITE_P(Crc, EngineSuite, Functions, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Crc, EngineLengthSuite, Functions, helpers::FamilyNames);
+
+// The texts of one file.
+struct Texts {
+    std::string crc16, crc32, crc64;
+};
+
 class Crc : public testing::Test {
   protected:
     Texts Of(std::span<const std::uint8_t> message) {
-        return TextsOf(engine_, files_.Write("file", message).c_str());
+        return {helpers::EngineText<Crc16>(engine_, message), helpers::EngineText<Crc32>(engine_, message),
+                helpers::EngineText<Crc64>(engine_, message)};
     }
     Texts OfDigits() { return Of(helpers::BytesOf("123456789")); }
     void Salt(std::string_view bytes, EnumSaltType placement) {
@@ -145,55 +185,6 @@ TEST_F(Crc, RandomPolynomialsAgreeWithTheBitwiseReference) {
         EXPECT_EQ(texts.crc32, Digits(reference::Crc(32, low32, value32, message), 8));
         EXPECT_EQ(texts.crc64, Digits(reference::Crc(64, polynomial, value, message), 16));
     }
-}
-
-TEST_F(Crc, EveryLengthTo1200AgreesWithTheBitwiseReference) {
-    const Bytes message = helpers::PseudoRandomBytes(1200, 12);
-    for (std::size_t length = 0; length <= message.size(); ++length) {
-        const std::span<const std::uint8_t> head(message.data(), length);
-        const Texts texts = Of(head);
-        ASSERT_EQ(texts.crc16, Digits(reference::Crc(16, 0xa001, 0xffff, head), 4)) << length;
-        ASSERT_EQ(texts.crc32, Digits(reference::Crc(32, 0xedb88320, 0xffffffff, head), 8)) << length;
-        ASSERT_EQ(texts.crc64, Digits(reference::Crc(64, 0xd800000000000000, ~0ull, head), 16)) << length;
-    }
-}
-
-TEST_F(Crc, FilesAroundTheReadBufferAgreeWithTheBitwiseReference) {
-    const Bytes message = helpers::PseudoRandomBytes(2'000'001, 13);
-    std::uint64_t crc16 = 0xffff, crc32 = 0xffffffff, crc64 = ~0ull;
-    std::size_t done = 0;
-    for (const std::size_t length : {999'999u, 1'000'000u, 1'000'001u, 2'000'000u, 2'000'001u}) {
-        const std::span<const std::uint8_t> more(message.data() + done, length - done);
-        crc16 = reference::CrcRegister(16, 0xa001, crc16, more);
-        crc32 = reference::CrcRegister(32, 0xedb88320, crc32, more);
-        crc64 = reference::CrcRegister(64, 0xd800000000000000, crc64, more);
-        done = length;
-        const Texts texts = Of({message.data(), length});
-        EXPECT_EQ(texts.crc16, Digits(crc16 ^ 0xffff, 4)) << length;
-        EXPECT_EQ(texts.crc32, Digits(crc32 ^ 0xffffffff, 8)) << length;
-        EXPECT_EQ(texts.crc64, Digits(~crc64, 16)) << length;
-    }
-}
-
-TEST_F(Crc, NullPointersAndMissingFilesFailAndWriteNothing) {
-    const std::wstring path = files_.Write("file", std::string_view("123456789"));
-    const std::wstring missing = files_.Path("missing");
-    char text[] = "untouched";
-    std::uint32_t crc = 77;
-    EXPECT_FALSE(engine_.Crc16_GetFromFileAsString(nullptr, text));
-    EXPECT_FALSE(engine_.Crc32_GetFromFileAsString(nullptr, text));
-    EXPECT_FALSE(engine_.Crc64_GetFromFileAsString(nullptr, text));
-    EXPECT_FALSE(engine_.Crc16_GetFromFileAsString(path.c_str(), nullptr));
-    EXPECT_FALSE(engine_.Crc32_GetFromFileAsString(path.c_str(), nullptr));
-    EXPECT_FALSE(engine_.Crc64_GetFromFileAsString(path.c_str(), nullptr));
-    EXPECT_FALSE(engine_.Crc16_GetFromFileAsString(missing.c_str(), text));
-    EXPECT_FALSE(engine_.Crc32_GetFromFileAsString(missing.c_str(), text));
-    EXPECT_FALSE(engine_.Crc64_GetFromFileAsString(missing.c_str(), text));
-    EXPECT_FALSE(engine_.Crc16_GetFromFile(path.c_str(), nullptr));
-    EXPECT_FALSE(engine_.Crc64_GetFromFile(nullptr, nullptr));
-    EXPECT_FALSE(engine_.Crc32_GetFromFile(missing.c_str(), &crc));
-    EXPECT_EQ(crc, 77u);
-    EXPECT_STREQ(text, "untouched");
 }
 
 } // namespace

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/CCrypto_Salt.h"
 
-#include "tests/helpers/Bytes.h"
+#include "platform/File.h"
+
+#include "tests/fakes/FaultRecorder.h"
+#include "tests/helpers/FailingNew.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <gtest/gtest.h>
@@ -107,6 +110,23 @@ TEST_F(Salt, FileThatCannotBeUsedDropsTheSaltHeldBefore) {
 TEST_F(Salt, DirectoryLeavesNoSalt) {
     EXPECT_EQ(salt_.SetSalt_FromFile(files_.Directory().wstring().c_str(), EnumSaltType::Both), 0u);
     ExpectNoSalt();
+}
+
+TEST_F(Salt, FailedAllocationIsReportedAndLeavesNoSaltAndTheFileOpen) {
+    Load("first");
+    const std::wstring path = files_.Write("large", std::string(54'321, 'x'));
+    {
+        const auto noMemory = helpers::FailingNew::OfSize(54'321);
+        EXPECT_EQ(salt_.SetSalt_FromFile(path.c_str(), EnumSaltType::Both), 0u);
+    }
+    ExpectNoSalt();
+    const auto records = fakes::TakeFaultRecords();
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(records[0].sourceFile, "crypto/CCrypto_Salt.cpp");
+    EXPECT_EQ(records[0].signature,
+              "unsigned int __cdecl CCrypto_Salt::SetSalt_FromFile(const wchar_t *,enum EnumSaltType)");
+    EXPECT_FALSE(platform::RemoveFile(path.c_str())) << "the file was not left open";
+    EXPECT_EQ(salt_.SetSalt_FromFile(path.c_str(), EnumSaltType::Both), 54'321u);
 }
 
 TEST_F(Salt, ClearFreesTheBytesAndMayBeRepeated) {
