@@ -3,8 +3,8 @@
 #include "tests/crypto/Md6Support.h"
 
 #include "platform/File.h"
-#include "tests/fakes/FailingAllocation.h"
 #include "tests/fakes/FaultRecorder.h"
+#include "tests/helpers/FailingNew.h"
 
 namespace {
 
@@ -225,7 +225,7 @@ TEST(Md6Members, FailedAllocationIsReportedAndGivesFalse) {
     unsigned char digest[64] = {1};
     char text[1024] = "as it was";
     {
-        const fakes::FailingAllocation noBuffer(1'048'576);
+        const auto noBuffer = helpers::FailingNew::OfSize(1'048'576);
         EXPECT_FALSE(engine.GetFromFile(path.c_str(), digest, 64, 256, 0));
         EXPECT_FALSE(engine.GetFromFileAsString(path.c_str(), text, 1024, 256, 0));
     }

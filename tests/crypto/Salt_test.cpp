@@ -2,7 +2,6 @@
 #include "crypto/CCrypto_Salt.h"
 
 #include "platform/File.h"
-
 #include "tests/fakes/FaultRecorder.h"
 #include "tests/helpers/FailingNew.h"
 #include "tests/helpers/ScratchFiles.h"
