@@ -19,7 +19,7 @@ namespace sha {
 // 4 of `count`, far more than a compression uses. Never inlined, so that its frame lies where the
 // compression's was.
 template <unsigned int count>
-[[gnu::noinline]] void BurnStack() {
+__attribute__((noinline, no_sanitize("address"))) void BurnStack() {
     unsigned char area[count / 4 * 128];
     SecureWipe(area, sizeof area);
 }

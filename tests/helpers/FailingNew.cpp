@@ -10,11 +10,21 @@ namespace helpers {
 namespace {
 
 FailingNew* active = nullptr;
+WatchedNew* watching = nullptr;
 
 void* Allocate(std::size_t bytes) noexcept {
     if (active != nullptr && active->Refuses(bytes))
         return nullptr;
-    return std::malloc(std::max<std::size_t>(bytes, 1));
+    void* const memory = std::malloc(std::max<std::size_t>(bytes, 1));
+    if (watching != nullptr)
+        watching->Allocated(memory, bytes);
+    return memory;
+}
+
+void Free(void* memory) noexcept {
+    if (watching != nullptr)
+        watching->Freed(memory);
+    std::free(memory);
 }
 
 void* AllocateOrThrow(std::size_t bytes) {
@@ -41,6 +51,27 @@ bool FailingNew::Refuses(std::size_t bytes) {
     return refused;
 }
 
+WatchedNew::WatchedNew(std::size_t bytes) : size_(bytes) {
+    watching = this;
+}
+
+WatchedNew::~WatchedNew() {
+    watching = nullptr;
+}
+
+void WatchedNew::Allocated(const void* memory, std::size_t bytes) {
+    if (bytes == size_ && memory_ == nullptr && !zeros_)
+        memory_ = static_cast<const unsigned char*>(memory);
+}
+
+void WatchedNew::Freed(const void* memory) {
+    if (memory != memory_ || memory == nullptr)
+        return;
+    const auto isSet = [](unsigned char byte) { return byte != 0; };
+    zeros_ = static_cast<std::size_t>(std::find_if(memory_, memory_ + size_, isSet) - memory_);
+    memory_ = nullptr;
+}
+
 } // namespace helpers
 
 // All forms, so that none of a sanitizer's own is left to be paired with one of these.
@@ -57,20 +88,20 @@ void* operator new[](std::size_t bytes, const std::nothrow_t&) noexcept {
     return helpers::Allocate(bytes);
 }
 void operator delete(void* memory) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }
 void operator delete[](void* memory) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }
 void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
+    helpers::Free(memory);
 }

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Memory that runs out on request. A program that links this library has its operator new replaced; it works
-// as usual but while an object of this class lives, one at a time.
+// Memory that runs out on request, and memory that is looked at when it is freed. A program that links this library
+// has its operators new and delete replaced; they work as usual but while an object of these classes lives, one at
+// a time.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 
 namespace helpers {
 
@@ -35,6 +37,26 @@ class FailingNew {
     bool always_;
     std::size_t count_ = 0;
     std::size_t failures_ = 0;
+};
+
+// Watches the next allocation of exactly `bytes`.
+class WatchedNew {
+  public:
+    explicit WatchedNew(std::size_t bytes);
+    ~WatchedNew();
+    WatchedNew(const WatchedNew&) = delete;
+    WatchedNew& operator=(const WatchedNew&) = delete;
+
+    // How many zero bytes it began with when it was freed; nothing as long as it was not.
+    std::optional<std::size_t> ZerosWhenFreed() const { return zeros_; }
+
+    void Allocated(const void* memory, std::size_t bytes);
+    void Freed(const void* memory);
+
+  private:
+    std::size_t size_;
+    const unsigned char* memory_ = nullptr;
+    std::optional<std::size_t> zeros_;
 };
 
 } // namespace helpers
