@@ -22,9 +22,9 @@ int LinkItself(const char* from, const char* to) {
 
 } // namespace
 
-constinit const MoveCalls systemMoveCalls = {RenameNoReplace, LinkItself, std::rename, unlink,
-                                             write,           fchown,     fsync};
+constexpr MoveCalls systemMoveCalls = {RenameNoReplace, LinkItself, std::rename, unlink,
+                                       write,           fchown,     fsync};
 
-constinit MoveCalls moveCalls = systemMoveCalls;
+MoveCalls moveCalls = systemMoveCalls;
 
 } // namespace platform

@@ -33,7 +33,7 @@ void ComposePathBesideExecutable(PathBuffer& path, const wchar_t* name) {
     const std::size_t length = platform::ExecutablePath(path, std::size(path));
     path[length] = L'\0';
     const int separator = ReverseFindNoCase(path, 0, static_cast<int>(length));
-    const auto kept = static_cast<std::size_t>(separator + 1);
+    const std::size_t kept = separator < 0 ? 0 : static_cast<std::size_t>(separator) + 1;
     FormatToBuffer(path + kept, std::size(path) - kept, L"%s", name);
 }
 
