@@ -87,6 +87,9 @@ void ExpectClearingUpdates(std::size_t cleared) {
 }
 
 TEST(BurnStack, RunsAfterEveryUpdateThatCouldCompressAndAtTheEnd) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "the sanitizer puts its own values around every array";
+#endif
     ExpectClearingUpdates<sha::Sha1>(26 * 128);
     ExpectClearingUpdates<sha::Sha256>(82 * 128);
     ExpectClearingUpdates<sha::Sha384>(192 * 128);

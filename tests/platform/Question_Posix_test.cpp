@@ -20,6 +20,9 @@ namespace {
 
 constexpr int otherAnswer = 0;
 
+// What stands unread on a terminal may be dropped when the session on it ends.
+constexpr std::chrono::milliseconds timeToRead{200};
+
 // Everything that a child process writes to its terminal until it ends.
 std::string ReadToEnd(int terminal) {
     std::string text;
@@ -48,7 +51,9 @@ Dialogue Ask(
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
         prepare();
-        EndChild(platform::AskYesNo(L"First line\nGo on? \x20AC", L"Caption"));
+        const int answer = platform::AskYesNo(L"First line\nGo on? \x20AC", L"Caption");
+        std::this_thread::sleep_for(timeToRead);
+        EndChild(answer);
     }
     std::this_thread::sleep_for(pause);
     EXPECT_EQ(write(terminal, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
@@ -88,6 +93,7 @@ TEST(QuestionPosix, TheEndOfInputIsAnotherAnswer) {
 
 TEST(QuestionPosix, RedirectedStreamsAreNotTouched) {
     const Dialogue dialogue = Ask("y\n", [] {
+        EXPECT_NE(dup(0), -1); // so that the terminal stays open, and its reader goes on
         const int null = open("/dev/null", O_RDWR);
         for (const int stream : {0, 1, 2})
             dup2(null, stream);
