@@ -27,8 +27,8 @@ struct Fault {
     const wchar_t* info;
 };
 
-// The path of a file beside the executable. Where the executable's place is not known, the bare name, which is
-// looked up in the current directory.
+// The path of a file beside the executable. Where the executable's place is not known, the bare name,
+// which is looked up in the current directory.
 void ComposePathBesideExecutable(PathBuffer& path, const wchar_t* name) {
     const std::size_t length = platform::ExecutablePath(path, std::size(path));
     path[length] = L'\0';

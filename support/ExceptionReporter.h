@@ -13,7 +13,7 @@ int ReportException(unsigned int ignored, const char* sourceFile, int line, cons
 
 // The catch clause of a member, reported with the member's full signature, calling convention included.
 // Stands right behind the try block; control goes on behind it, where the member returns its failure value.
-// CATCH_SITE_AT is for members whose reported line is fixed, CATCH_SITE_WITH for more than the site to tell.
+// CATCH_SITE_AT is for members whose reported line is fixed, CATCH_SITE_WITH for those that tell more.
 #define CATCH_SITE_AT(line, signature) CATCH_SITE_RECORD(line, signature, nullptr)
 #define CATCH_SITE_WITH(info, signature) CATCH_SITE_RECORD(__LINE__, signature, info)
 #define CATCH_SITE(signature) CATCH_SITE_AT(__LINE__, signature)

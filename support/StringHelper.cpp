@@ -32,9 +32,9 @@ unsigned int AppendMessage(DebugLog& log, const wchar_t* format,
     return length < heapCapacity ? Append(log, onHeap.get(), length) : 0;
 }
 
-// What a fault of OutputDebugMessage tells about its arguments. A deliberate quirk: the second format is only
-// an argument of the first, so that its address and the log's stand in the two places. Readers of the error
-// log know the text in this form.
+// What a fault of OutputDebugMessage tells about its arguments. A deliberate quirk: the second format is
+// only an argument of the first, so that its address and the log's stand in the two places. Readers of the
+// error log know the text in this form.
 struct MessageFaultInfo {
     MessageFaultInfo(const DebugLog* pWstrDebugLog, const wchar_t* pwcFormat) {
         FormatToBuffer(text, std::size(text), L"pWstrDebugLog = 0x%p  : len = %i\n",

@@ -11,9 +11,9 @@
 #include <string>
 #include <type_traits>
 
-// One argument of a format. Any conversion may be applied to any argument without undefined behaviour: a text
-// conversion of an argument that is no text of its width prints "(null)", a number conversion of a pointer
-// prints the address's bits.
+// One argument of a format. Any conversion may be applied to any argument without undefined behaviour: a
+// text conversion of an argument that is no text of its width prints "(null)", a number conversion of a
+// pointer prints the address's bits.
 class FormatArgument {
   public:
     template <class Integer>
