@@ -85,8 +85,8 @@ void CCrypto_Md6::TakeKey() {
         key_[i] = kernels::LoadBig<std::uint64_t>(bytes + 8 * i);
 }
 
-// Full level-1 nodes are compressed straight from the data, but never the last: only the data that goes on behind it
-// tells that it is not the root.
+// Full level-1 nodes are compressed straight from the data, but never the last: only the data that goes on
+// behind it tells that it is not the root.
 int CCrypto_Md6::Md6_Update(const unsigned char* data, std::uint64_t bitCount) {
     try {
         if (data == nullptr)
@@ -114,7 +114,7 @@ int CCrypto_Md6::Md6_Update(const unsigned char* data, std::uint64_t bitCount) {
     return md6Fault;
 }
 
-// Compresses inner nodes, the last of them with padding, and appends their chaining values to the next level.
+// Compresses inner nodes, the last of them padded, and appends their chaining values to the next level.
 int CCrypto_Md6::PassOn(int ell, const unsigned char* nodes, std::uint32_t count, std::uint32_t padding) {
     if (ell >= stackHeight - 1)
         return md6LevelTooHigh;
@@ -134,7 +134,7 @@ int CCrypto_Md6::PassOn(int ell, const unsigned char* nodes, std::uint32_t count
     return AppendValues(ell + 1, values, count);
 }
 
-// A full queue is compressed only when a further value arrives, so the last node of a level always stays back.
+// A full queue is compressed only when a further value arrives: the last node of a level always stays back.
 int CCrypto_Md6::AppendValues(int ell, const unsigned char* values, std::uint32_t count) {
     Md6Level& level = levels_[ell];
     top_ = std::max(top_, ell);
@@ -159,8 +159,8 @@ int CCrypto_Md6::Flush(int ell, std::uint32_t count) {
     return result;
 }
 
-// Leaves in every level at most the one node that is not known to be complete: on level 1 the last one, above it
-// a node that is not full.
+// Leaves in every level at most the one node that is not known to be complete: on level 1 the last one,
+// above it a node that is not full.
 int CCrypto_Md6::Settle() {
     int result = md6Success;
     if (levels_[1].Nodes() > 1)
@@ -302,8 +302,8 @@ int CCrypto_Md6::Md6_Final() {
     return md6Fault;
 }
 
-// Goes up from the lowest level with data. What waits on a level is the root's alone if it is a single node and no
-// level is above; else all of it is passed on, padded.
+// Goes up from the lowest level with data. What waits on a level is the root's alone if it is a single node
+// and no level is above; else all of it is passed on, padded.
 int CCrypto_Md6::FinishTree() {
     int ell = 1;
     while (ell < top_ && levels_[ell].Bits() == 0)
@@ -336,8 +336,8 @@ int CCrypto_Md6::HashFile(platform::InputFile& file, unsigned short d) {
     return result != md6Success ? result : Md6_Final();
 }
 
-// Once the file is open, the result is true whatever happens to the digest: users' scripts rely on it. Only a fault
-// before the digest was copied makes it false.
+// Once the file is open, the result is true whatever happens to the digest: users' scripts rely on it. Only
+// a fault before the digest was copied makes it false.
 bool CCrypto_Md6::GetFromFile(const wchar_t* path, unsigned char* digest, int, unsigned short d, int) {
     bool copied = false;
     try {

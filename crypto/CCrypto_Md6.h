@@ -27,14 +27,14 @@ enum Md6Result : int {
     md6BadKeyLength = 14,
 };
 
-// MD6 (Rivest et al., "The MD6 hash function", 2008) of a file, with the mode parameter L = 64: always the full
-// tree. Up to 64 bytes of the salt are the key, whatever the salt's placement, besides being hashed like any salt:
-// users' recorded digests depend on both.
+// MD6 (Rivest et al., "The MD6 hash function", 2008) of a file, with the mode parameter L = 64: always the
+// full tree. Up to 64 bytes of the salt are the key, whatever the salt's placement, besides being hashed
+// like any salt: users' recorded digests depend on both.
 //
-// The tree's digest does not depend on the order in which its nodes are compressed, so every level collects up to
-// eight nodes and compresses them together, when a further one begins. Md6_Process and Md6_CompressBlock, which
-// look at single nodes, first bring the tree to the state of one that compresses each node as soon as the data goes
-// on behind it.
+// The tree's digest does not depend on the order in which its nodes are compressed, so every level collects
+// up to eight nodes and compresses them together, when a further one begins. Md6_Process and
+// Md6_CompressBlock, which look at single nodes, first bring the tree to the state of one that compresses
+// each node as soon as the data goes on behind it.
 class CCrypto_Md6 : public CCrypto_Salt {
   public:
     explicit CCrypto_Md6(std::wstring* pWstrDebugLog); // the log is not used
@@ -48,14 +48,15 @@ class CCrypto_Md6 : public CCrypto_Salt {
     // Finishes the tree and leaves the digest in HashValue.
     int Md6_Final();
 
-    // Compresses the block of a level and passes the result upwards: if the block is full, or, when final, to the
-    // end of the tree.
+    // Compresses the block of a level and passes the result upwards: if the block is full, or, when final,
+    // to the end of the tree.
     int Md6_Process(int ell, bool final);
 
     // Compresses the block of a level, 0 to 27, as the root (z) or as an inner node, and empties it.
     int Md6_CompressBlock(std::uint64_t* C, int ell, bool z);
 
-    // Compresses the node number i of level ell: 64 words B, the constant Q of 15 words and 8 key words K to 16 words.
+    // Compresses the node number i of level ell: 64 words B, the constant Q of 15 words and 8 key words K
+    // to 16 words.
     int Md6_CompressStandard(std::uint64_t* C, const std::uint64_t* Q, const std::uint64_t* K, int ell,
                              std::uint64_t i, int r, int L, bool z, int p, int keylen, int d,
                              const std::uint64_t* B);
@@ -66,8 +67,8 @@ class CCrypto_Md6 : public CCrypto_Salt {
     // The digest after Md6_Final: (d + 7) / 8 bytes, zeros up to 128.
     const unsigned char* HashValue() const { return hashValue_; }
 
-    // Writes the digest of salt and file, (d + 7) / 8 bytes. False when a pointer is null, d is above 512 or
-    // the file cannot be opened. True in all other cases, though d = 0 leaves the output as it was.
+    // Writes the digest of salt and file, (d + 7) / 8 bytes. False when a pointer is null, d is above 512
+    // or the file cannot be opened. True in all other cases, though d = 0 leaves the output as it was.
     bool GetFromFile(const wchar_t* path, unsigned char* digest, int ignoredSize, unsigned short d,
                      int ignored);
 

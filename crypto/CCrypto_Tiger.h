@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <string>
 
-// Tiger (Anderson, Biham, "Tiger: a fast new hash function", 1996) of a file, with the padding of Tiger1 or Tiger2.
+// Tiger (Anderson, Biham, "Tiger: a fast new hash function", 1996) of a file, padded as Tiger1 or Tiger2.
 //
-// A deliberate quirk: bytes that one call of Tiger_Transform left over are never counted in the message length when
-// a later call completes their block. Without a salt no bytes are left over before the end, and the digest is the
-// standard's; users' recorded salted digests depend on the shortfall.
+// A deliberate quirk: bytes that one call of Tiger_Transform left over are never counted in the message
+// length when a later call completes their block. Without a salt no bytes are left over before the end, and
+// the digest is the standard's; users' recorded salted digests depend on the shortfall.
 class CCrypto_Tiger : public CCrypto_Salt {
   public:
     explicit CCrypto_Tiger(std::wstring* pWstrDebugLog); // the log is not used
@@ -30,8 +30,8 @@ class CCrypto_Tiger : public CCrypto_Salt {
     // The words a, b and c.
     const std::uint64_t* State() const { return state_; }
 
-    // Writes the first bits / 8 bytes of the digest of salt and file, with the padding of Tiger2 or Tiger1. False
-    // when a pointer is null, bits is above 192 or the file cannot be opened.
+    // Writes the first bits / 8 bytes of the digest of salt and file, with the padding of Tiger2 or Tiger1.
+    // False when a pointer is null, bits is above 192 or the file cannot be opened.
     bool GetFromFile(const wchar_t* path, unsigned char* digest, unsigned int ignoredSize,
                      unsigned short bits, bool tiger2, unsigned char ignoredPasses);
 

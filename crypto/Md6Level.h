@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-// One level of MD6's tree: the next node's index, and the data of up to eight nodes that wait to be compressed
-// together. Positions count bits, the first bit of a byte being its most significant one.
+// One level of MD6's tree: the next node's index, and the data of up to eight nodes that wait to be
+// compressed together. Positions count bits, the first bit of a byte being its most significant one.
 class Md6Level {
   public:
     static constexpr std::uint32_t nodeBits = 4096;

@@ -21,8 +21,8 @@ struct Md6Batch {
     int rounds;                  // of 16 steps each, any number
 };
 
-// Compresses `count` nodes, which do not depend on each other, from `nodes` to `chainingValues`. Both are the
-// byte strings of the standard: words most significant byte first.
+// Compresses `count` nodes, which do not depend on each other, from `nodes` to `chainingValues`. Both are
+// the byte strings of the standard: words most significant byte first.
 using Md6Nodes = void(std::uint8_t* chainingValues, const std::uint8_t* nodes, std::size_t count,
                       const Md6Batch& batch);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// MD6 in plain C++, one node after the other. The words of the feedback sequence are laid down in a straight
-// line, 16 to a round at fixed distances, and the last 89 move back to the start when the line is full: short
-// enough for the first-level cache, long enough that the move does not count.
+// MD6 in plain C++, one node after the other. The words of the feedback sequence are laid down in a
+// straight line, 16 to a round at fixed distances, and the last 89 move back to the start when the line is
+// full: short enough for the first-level cache, long enough that the move does not count.
 #include "crypto/kernels/ByteOrder.h"
 #include "crypto/kernels/Md6.h"
 #include "crypto/kernels/Md6_Round.h"

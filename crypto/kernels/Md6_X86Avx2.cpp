@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// MD6 with AVX2: four nodes side by side, one in each 64-bit lane. The words of the feedback sequence are laid down in
-// a straight line as in the portable kernel. The five nearest taps, 17 to 21 words back, move through registers:
-// each is loaded once. Lanes without a node of their own repeat the first one.
+// MD6 with AVX2: four nodes side by side, one in each 64-bit lane. The words of the feedback sequence are
+// laid down in a straight line as in the portable kernel. The five nearest taps, 17 to 21 words back, move
+// through registers: each is loaded once. Lanes without a node of their own repeat the first one.
 #include "crypto/kernels/Isa.h"
 #include "crypto/kernels/Md6.h"
 #include "crypto/kernels/Md6_Round.h"

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The compression of one Tiger block, for given S-boxes.
 //
-// Three registers take turns. In every round one is xored with a message word, its four even bytes are looked
-// up and subtracted from the next register, which the following round starts from, and its four odd bytes are
-// looked up and added to the third. So the chain through the even bytes sets the pace: they come first, and
-// their four words meet in two pairs. The key schedule between the passes does not depend on that chain.
+// Three registers take turns. In every round one is xored with a message word, its four even bytes are
+// looked up and subtracted from the next register, which the following round starts from, and its four odd
+// bytes are looked up and added to the third. So the chain through the even bytes sets the pace: they come
+// first, and their four words meet in two pairs. The key schedule between the passes does not depend on
+// that chain.
 #pragma once
 
 #include "crypto/kernels/Tiger.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Tiger's S-boxes, made as their authors made them: each of the eight byte columns of each box starts as the
-// identity, and five times over every entry's bytes change places with entries chosen by the state of Tiger
-// itself, which hashes a sentence over and over with the boxes as they are at that moment.
+// Tiger's S-boxes, made as their authors made them: each of the eight byte columns of each box starts as
+// the identity, and five times over every entry's bytes change places with entries chosen by the state of
+// Tiger itself, which hashes a sentence over and over with the boxes as they are at that moment.
 #include "crypto/kernels/ByteOrder.h"
 #include "crypto/kernels/Tiger_Round.h"
 

@@ -100,7 +100,7 @@ TEST(Md6Members, CompressRefusesNullPointersAndBadRounds) {
     }
 }
 
-// The examples of the report with 5 rounds: "abc" as one node, and 600 bytes with a key as two nodes and a root.
+// The examples of the report with 5 rounds: "abc" as one node, 600 keyed bytes as two nodes and a root.
 TEST(Md6Members, ExamplesOfTheReportHold) {
     const auto lastBytes = [](const std::uint64_t* value, std::size_t count) {
         Bytes bytes;
@@ -207,7 +207,8 @@ TEST(Md6Members, LevelsBelow0AndFrom28OnAreNotCompressed) {
     EXPECT_EQ(engine.Md6_CompressBlock(nullptr, 1, false), md6NullOutput);
 }
 
-// The highest level that can be held gives an error when its block is to be compressed, and Md6_Final passes it on.
+// The highest level that can be held gives an error when its block is to be compressed, and Md6_Final
+// passes it on.
 TEST(Md6Members, TheTreeEndsAtLevel28) {
     CCrypto_Md6 engine(nullptr);
     engine.Initialize(256, 0);

@@ -47,7 +47,7 @@ TEST_F(Md6Salt, SaltsOf1To200Bytes) {
 // Pieces that are no multiple of the node size, before and behind the read buffer.
 TEST_F(Md6Salt, FilesAroundTheReadBuffer) {
     const unsigned short sizes[] = {160};
-    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577})
+    for (const std::size_t length : {1'048'575u, 1'048'576u, 1'048'577u})
         ExpectSaltedDigests(helpers::PseudoRandomBytes(77, 1), helpers::PseudoRandomBytes(length, 2), sizes);
 }
 

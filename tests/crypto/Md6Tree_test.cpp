@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tree that MD6 builds in batches is that of the report, whatever the length and however the message comes.
+// The tree that MD6 builds in batches is the report's, whatever the length and however the message comes.
 #include "tests/crypto/Md6Support.h"
 
 #include "tests/reference/Md6Stack.h"
@@ -31,7 +31,7 @@ std::vector<bool> Bits(const Bytes& bytes, std::size_t count) {
 // Lengths around every multiple of the data under one node of the lowest levels, and under eight of them.
 std::vector<std::size_t> BorderLengths(std::size_t multiples) {
     std::vector<std::size_t> lengths;
-    for (const std::size_t unit : {512, 2048, 4096, 16384, 65536})
+    for (const std::size_t unit : {512u, 2048u, 4096u, 16384u, 65536u})
         for (std::size_t k = 1; k <= multiples; ++k)
             for (std::size_t length = k * unit - 1; length <= k * unit + 1; ++length)
                 lengths.push_back(length);
@@ -173,7 +173,8 @@ TEST(Md6Tree, MembersOnSingleNodesDoWhatTheStackDoes) {
 // The stack and the reference with whole levels are two readings of the report.
 TEST(Md6Tree, TheTwoReferencesAgree) {
     const Bytes bytes = helpers::PseudoRandomBytes(70'000, seed);
-    for (const std::size_t length : {0, 1, 512, 513, 2048, 2049, 8192, 8193, 40'000, 65'536, 70'000}) {
+    for (const std::size_t length :
+         {0u, 1u, 512u, 513u, 2048u, 2049u, 8192u, 8193u, 40'000u, 65'536u, 70'000u}) {
         reference::Md6Stack stack({.digestBits = 256});
         stack.Update(Bits(bytes, 8 * length));
         EXPECT_EQ(helpers::ToHex(stack.Final()), Expected(Message(bytes).first(length), 256)) << length;

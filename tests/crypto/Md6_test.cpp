@@ -80,7 +80,7 @@ TEST_F(Md6Slow, EveryLengthTo4200AgreesWithTheReferenceForAllSizes) {
 TEST_F(Md6, FilesAroundTheReadBufferAgreeWithTheReference) {
     const Bytes message = helpers::PseudoRandomBytes(1'048'577, 5);
     const unsigned short sizes[] = {128};
-    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577})
+    for (const std::size_t length : {1'048'575u, 1'048'576u, 1'048'577u})
         ExpectReferenceDigests(Message(message).first(length), sizes);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tiger's length field with a salt: every call that completes a block loses the bytes that waited before it.
+// Tiger's length field with a salt: every call that completes a block loses the bytes that waited for it.
 #include "crypto/CCrypto_Tiger.h"
 
 #include "tests/helpers/DigestText.h"
@@ -97,7 +97,7 @@ TEST_F(TigerSalt, EveryReadThatCompletesABlockLosesTheLeftoverAgain) {
     EXPECT_EQ(CountedBytes({100, 64}), 164u - 36);
     for (const std::size_t file : {readBufferSize - 1, readBufferSize, readBufferSize + 1,
                                    readBufferSize + 100, 2 * readBufferSize + 60})
-        for (const std::size_t salt : {10, 64, 65})
+        for (const std::size_t salt : {10u, 64u, 65u})
             ExpectSaltedDigests(helpers::PseudoRandomBytes(salt, 1), helpers::PseudoRandomBytes(file, 2));
 }
 

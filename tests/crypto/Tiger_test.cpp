@@ -79,7 +79,7 @@ TEST_F(Tiger, EveryLengthTo4200AgreesWithTheReference) {
 
 TEST_F(Tiger, FilesAroundTheReadBufferAgreeWithTheReference) {
     const Bytes message = helpers::PseudoRandomBytes(2'097'153, 2);
-    for (const std::size_t length : {1'048'575, 1'048'576, 1'048'577, 1'048'632, 2'097'152, 2'097'153})
+    for (const std::size_t length : {1'048'575u, 1'048'576u, 1'048'577u, 1'048'632u, 2'097'152u, 2'097'153u})
         ExpectStandardDigests(Message(message).first(length));
 }
 

@@ -48,7 +48,7 @@ struct Tree {
     Words key;
 };
 
-// One node: V and U as section 2.4.1 of the report has them.
+// One node.
 Words CompressNode(const Tree& tree, int level, std::uint64_t index, bool root, std::uint64_t padding,
                    const Words& block) {
     const auto field = [](auto value, int shift) { return static_cast<std::uint64_t>(value) << shift; };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// MD6, written from the report of its authors (Rivest et al., "The MD6 hash function: a proposal to NIST for
-// SHA-3", 2008, chapter 2), with L = 64: slow, and with whole levels of the tree as arrays.
+// MD6, written from the report of its authors (Rivest et al., "The MD6 hash function: a proposal to NIST
+// for SHA-3", 2008, chapter 2), with L = 64: slow, and with whole levels of the tree as arrays.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// MD6's mode of operation as its report describes it for streams (chapter 2.4 and the listing of its appendix): a
-// stack with one block of 4096 bits per level, every node compressed alone and as soon as the data goes on behind it.
+// MD6's mode of operation in the form for data that comes in pieces: a stack with one block of 4096 bits per
+// level, every node compressed alone and as soon as the data goes on behind it.
 #pragma once
 
 #include "tests/reference/Md6.h"
@@ -13,7 +13,6 @@ namespace reference {
 
 class Md6Stack {
   public:
-    // The parameters of section 2.4; rounds negative: the standard's number.
     explicit Md6Stack(const Md6Parameters& parameters);
 
     // Takes bits, one per element.
@@ -23,8 +22,8 @@ class Md6Stack {
     int Process(int level, bool final);
     int CompressBlock(std::vector<std::uint64_t>& value, int level, bool root);
 
-    // The digest. The last thing before must have been an Update with data. When all other data was taken away by
-    // CompressBlock, no node is the root, and the digest is what Process left, or zeros.
+    // The digest. The last thing before must have been an Update with data. When all other data was taken
+    // away by CompressBlock, no node is the root, and the digest is what Process left, or zeros.
     std::vector<std::uint8_t> Final();
 
   private:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Tiger, written from the paper of its authors (Anderson, Biham, "Tiger: a fast new hash function", 1996), with
-// the S-boxes made by the program that they published with it.
+// Tiger, written from the paper of its authors (Anderson, Biham, "Tiger: a fast new hash function", 1996),
+// with the S-boxes made by the program that they published with it.
 #pragma once
 
 #include "tests/helpers/Bytes.h"
@@ -22,7 +22,8 @@ std::uint64_t TigerSBox(std::size_t box, std::size_t index);
 
 void TigerCompress(TigerState& state, const std::uint8_t* block);
 
-// The 24 bytes of the digest. `countedBytes` is what the length field encodes: the message's size, in the standard.
+// The 24 bytes of the digest. `countedBytes` is what the length field encodes: the message's size, in the
+// standard.
 helpers::Bytes Tiger(std::span<const std::uint8_t> message, std::uint8_t padding, std::uint64_t countedBytes);
 
 } // namespace reference
