@@ -67,8 +67,10 @@ def in_shell(script, *arguments, directory=None, timeout=120, **options):
 class ScratchCase(unittest.TestCase):
     """A test with a fresh directory of its own, in which the program is run."""
 
+    place = None  # where that directory is made; None: where temporary files go
+
     def setUp(self):
-        self.scratch = os.path.realpath(tempfile.mkdtemp(prefix="fyrn-"))
+        self.scratch = os.path.realpath(tempfile.mkdtemp(prefix="fyrn-", dir=self.place))
         self.addCleanup(shutil.rmtree, self.scratch, ignore_errors=True)
 
     def path(self, *parts):

@@ -10,6 +10,9 @@ from expected import EMPTY_MD5, md5
 
 @launcher.posix_only
 class LargeTrees(launcher.ScratchCase):
+    # In memory, where possible: making the files takes a disk a hundred times as long as reading them.
+    place = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
+
     def test_thousands_of_directories_with_few_descriptors(self):
         paths = []
         for outer in range(50):
@@ -38,8 +41,10 @@ class LargeTrees(launcher.ScratchCase):
     def test_many_files_in_one_directory(self):
         count = 200_000
         os.mkdir(self.path("d"))
-        for number in range(count):
-            os.close(os.open(self.path("d", f"{number:06}"), os.O_CREAT | os.O_WRONLY))
+        for number in range(count):  # links are made faster than files; a file may have about 65,000
+            if number % 50_000 == 0:
+                source = self.write(f"source{number}")
+            os.link(source, self.path("d", f"{number:06}"))
         with open(self.path("report"), "wb") as report:
             process = subprocess.Popen(launcher.command("-hash=MD5", "d"), cwd=self.scratch, stdout=report)
             _, status, usage = os.wait4(process.pid, 0)
