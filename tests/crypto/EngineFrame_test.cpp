@@ -85,4 +85,29 @@ TEST_F(EngineFrame, NullPointersAndMissingFilesFailBeforeAnythingIsCalled) {
     EXPECT_EQ(calls_, Calls{});
 }
 
+TEST_F(EngineFrame, CleansesAsMuchOfTheBufferAsWasEverFilled) {
+    const std::pair<std::string_view, std::size_t> cases[] = {
+        {"", 0}, {"abc", 3}, {"abcd", 4}, {"abcdef", 4}, {"abcdefgh", 4}};
+    for (const auto& [content, filled] : cases) {
+        platform::InputFile file = platform::OpenForReading(files_.Write("file", content).c_str());
+        std::vector<std::size_t> cleansed;
+        engine_frame::FeedFile(
+            file, 4, [](const unsigned char*, std::size_t) {},
+            [&](const unsigned char*, std::size_t count) { cleansed.push_back(count); });
+        platform::Close(file);
+        EXPECT_EQ(cleansed, std::vector{filled}) << content;
+    }
+}
+
+// The digest of such a file is not known, so the file must not be renamed by it.
+TEST_F(EngineFrame, FileWhoseReadingWasInterruptedStaysOpen) {
+    const std::wstring path = files_.Write("file", std::string_view("abcdef"));
+    struct Interruption {};
+    EXPECT_THROW(engine_frame::HashFile(
+                     path.c_str(), &output_, 8, salt_, [] {}, [](const unsigned char*, std::size_t) {},
+                     [] { throw Interruption(); }),
+                 Interruption);
+    EXPECT_FALSE(platform::RemoveFile(path.c_str()));
+}
+
 } // namespace

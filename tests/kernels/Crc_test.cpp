@@ -95,4 +95,20 @@ TEST(CrcTables, HoldInEverySliceWhatMoreZeroBytesMakeOfAByte) {
         }
 }
 
+TEST(CrcBytes, EverySplitOfUpTo260BytesIntoTwoCallsGivesTheSameRegister) {
+    const std::uint64_t polynomial = 0xd800000000000000;
+    const helpers::Bytes message = helpers::PseudoRandomBytes(260, 260);
+    for (const auto& candidate : helpers::RunnableCandidates<CrcFamily>())
+        for (std::size_t length = 0; length <= message.size(); ++length) {
+            const std::uint64_t whole =
+                reference::CrcRegister(64, polynomial, ~0ull, {message.data(), length});
+            for (std::size_t first = 0; first <= length; ++first) {
+                const kernels::CrcTables& tables = CrcFamily::Tables(polynomial);
+                const std::uint64_t middle = candidate.function(tables, ~0ull, message.data(), first);
+                ASSERT_EQ(candidate.function(tables, middle, message.data() + first, length - first), whole)
+                    << candidate.name << ", " << first << " of " << length << " bytes first";
+            }
+        }
+}
+
 } // namespace
