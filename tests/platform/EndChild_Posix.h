@@ -4,11 +4,15 @@
 
 #include <unistd.h>
 
-// Present only in builds that measure coverage.
+// Present only in builds that measure coverage, which link it for this purpose.
 extern "C" [[gnu::weak]] void __gcov_dump();
 
-[[noreturn]] inline void EndChild(int status) {
+inline void SaveCoverage() {
     if (__gcov_dump != nullptr)
         __gcov_dump();
+}
+
+[[noreturn]] inline void EndChild(int status) {
+    SaveCoverage();
     _exit(status);
 }

@@ -27,7 +27,7 @@ TEST(NameSnapshotPosix, TwoHundredThousandNamesTakeLessThan40Megabytes) {
         const long before = PeakKilobytes();
         platform::NameSnapshot snapshot;
         for (int i = 0; i < 200000; ++i)
-            snapshot.Add("a name of common length " + std::to_string(i), 0);
+            snapshot.Add(std::to_string(i).append(" is a name of common length"), 0);
         snapshot.Sort();
         EndChild(static_cast<int>((PeakKilobytes() - before) / 1024)); // 8 bits are enough for 40
     }

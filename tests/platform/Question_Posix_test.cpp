@@ -158,6 +158,7 @@ TEST(EndAfterFaultPosix, AHandlerOfTheAbortSignalIsCalledFirst) {
         {
             std::signal(SIGABRT, [](int) {
                 [[maybe_unused]] const auto written = write(STDERR_FILENO, "handled", 7);
+                SaveCoverage();
             });
             platform::EndAfterFault();
         },
