@@ -8,12 +8,13 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 # One list per purpose. An entry is PROBE=PACKAGE: a command or a file that shows that the Debian package is there.
 build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
-test_needs=("${build_needs[@]}" python3=python3 git=git
+test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev)
 layers_needs=(python3=python3)
 format_needs=(clang-format-14=clang-format-14 git=git)
 tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 git=git)
+cppcheck_needs=(cppcheck=cppcheck)
 coverage_needs=("${test_needs[@]}" gcovr=gcovr)
 
 fail() {
