@@ -8,7 +8,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 # One list per purpose. An entry is PROBE=PACKAGE: a command or a file that shows that the Debian package is there.
 build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
-test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils
+test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev)
 layers_needs=(python3=python3)
