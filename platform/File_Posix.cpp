@@ -46,8 +46,17 @@ bool NamesRegularFile(const char* path) {
     return stat(path, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-bool IsShortage(int error) {
-    return error == EMFILE || error == ENFILE || error == ENOMEM;
+// Whether a failure says nothing about the file but much about the state of the system.
+bool IsSystemTrouble(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOMEM || error == EIO;
+}
+
+// A file that could not be opened for such a reason is still there when its turn to be renamed by a stale digest
+// comes, and would be lost under it.
+int FailToOpen(const char* path) {
+    if (IsSystemTrouble(errno))
+        PinFile(path);
+    return noFile;
 }
 
 // O_NONBLOCK keeps the opening of a pipe from waiting for a writer. It also fails where another process
@@ -58,9 +67,7 @@ int OpenWithoutWaiting(const char* path) {
         return descriptor;
     if (errno == EWOULDBLOCK && NamesRegularFile(path))
         return Open(path, 0);
-    if (IsShortage(errno))
-        PinFile(path);
-    return noFile;
+    return FailToOpen(path);
 }
 
 int OpenRegular(const char* path) {
@@ -68,7 +75,11 @@ int OpenRegular(const char* path) {
     struct stat status;
     if (descriptor == noFile)
         return noFile;
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) ? descriptor : CloseAndFail(descriptor);
+    if (fstat(descriptor, &status) != 0) {
+        PinFile(path);
+        return CloseAndFail(descriptor);
+    }
+    return S_ISREG(status.st_mode) ? descriptor : CloseAndFail(descriptor);
 }
 
 // Waits for a pipe's writer, as every reader of pipes does.
@@ -86,7 +97,9 @@ int OpenSpecial(const char* path) {
 
 int OpenAny(const char* path) {
     struct stat status;
-    if (stat(path, &status) != 0 || S_ISDIR(status.st_mode) || S_ISSOCK(status.st_mode))
+    if (stat(path, &status) != 0)
+        return FailToOpen(path);
+    if (S_ISDIR(status.st_mode) || S_ISSOCK(status.st_mode))
         return noFile;
     if (S_ISREG(status.st_mode))
         return OpenRegular(path);
@@ -124,6 +137,8 @@ std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capaci
     while (total < capacity && !file.ended) {
         const ssize_t count = ReadSome(DescriptorOf(file), buffer + total, capacity - total);
         file.ended = count <= 0;
+        if (count < 0)
+            PinOpenFile(DescriptorOf(file)); // its digest is that of a part
         if (count > 0)
             total += static_cast<std::size_t>(count);
     }

@@ -35,6 +35,12 @@ void PinFile(const char* path) {
         pinnedFiles.emplace_back(status);
 }
 
+void PinOpenFile(int descriptor) {
+    struct stat status;
+    if (fstat(descriptor, &status) == 0 && pinnedFiles.size() < pinnedFiles.capacity())
+        pinnedFiles.emplace_back(status);
+}
+
 void ForgetOpenFile(int descriptor) {
     std::erase(openDescriptors, descriptor);
 }

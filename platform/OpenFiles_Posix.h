@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 // The files that this process holds open for reading. A file that was left open had its reading interrupted:
-// its digest is not known, so it is neither moved nor removed.
+// its digest is not known, so it is neither moved nor removed. The same holds for a file that a failing system kept
+// from being read.
 #pragma once
 
 #include <sys/stat.h>
 
 namespace platform {
 
-// Makes room for one more file, so that the two functions below cannot fail. Throws std::bad_alloc.
+// Makes room for one more file, so that the three functions below cannot fail. Throws std::bad_alloc.
 void MakeRoomForOpenFile();
 
 void RememberOpenFile(int descriptor);
 
 // Treats a file as open until the end of the run: it could not be opened because descriptors or memory were
-// used up, which says nothing against the file.
+// used up, or because the disk failed, which says nothing against the file.
 void PinFile(const char* path);
+
+// The same for an open file that could not be read to its end.
+void PinOpenFile(int descriptor);
 
 void ForgetOpenFile(int descriptor);
 

@@ -1,0 +1,113 @@
+# SPDX-License-Identifier: MIT
+"""A quick selection of what test_injected_faults_slow.py does ten thousand times, and the faults that once did harm."""
+import errno
+import os
+import random
+import unittest
+
+import launcher
+from expected import sha1
+from injected import CONTENTS, SEED, SYSTEM_TROUBLE, Fault, InjectedCase
+
+
+class EveryFault(InjectedCase):
+    def test_each_of_the_first_allocations_fails_in_turn(self):
+        self.build_tree()
+        whole = self.run_with(Fault("none"), "-hash=SHA1", "-subdirs", self.path("d")).splitlines()
+        self.assertEqual(len(whole), 2 + 2 * len(CONTENTS))
+        for number in range(1, 201):
+            fault = Fault(f"fail malloc {number} 1 {errno.ENOMEM}")
+            left = iter(whole)
+            *lines, last = self.run_with(fault, "-hash=SHA1", "-subdirs", self.path("d")).split("\n")
+            for line in lines:
+                self.assertTrue(line in left, (fault, line))  # some may be missing; none is wrong or out of order
+            self.assertTrue(any(line.startswith(last) for line in whole), (fault, last))
+        self.assertGreater(self.injected, 20)
+
+    def test_a_hundred_faults_while_hashing(self):
+        print(f"seed {SEED}")
+        plans = self.random_plans(random.Random(SEED))
+        while self.injected < 100:
+            self.check_report(next(plans))
+
+    def test_a_hundred_faults_while_renaming(self):
+        print(f"seed {SEED}")
+        plans = self.random_plans(random.Random(SEED + 1))
+        while self.injected < 100:
+            fault = next(plans)
+            self.check_renaming(fault, "-rename")
+            self.check_renaming(fault, "-renamedel")
+
+
+class Reading(InjectedCase):
+    """One file, and what is promised for one failure each."""
+
+    ROWS = ("-hash=CRC-32", "-hash=SHA1")
+
+    def test_a_read_error_ends_the_file_there(self):
+        self.write("f", CONTENTS["a.txt"])
+        output = self.run_with(Fault("eio 4096"), "-hash=SHA1", "f")
+        self.assertEqual(output.splitlines()[2:], ["f", "  " + sha1(CONTENTS["a.txt"][:4096])])
+        self.assertEqual(self.injected, 1)
+
+    def test_a_file_that_was_not_read_to_its_end_is_neither_renamed_nor_deleted(self):
+        for option in ("-rename", "-renamedel"):
+            self.write("d/a", b"same start, a")
+            self.write("d/b", b"same start, b")
+            self.run_with(Fault("eio 10"), "-hash=SHA1", option, "d")
+            self.assertEqual(self.names("d"), ["a", "b"])
+
+    def test_a_file_that_trouble_of_the_system_kept_closed_is_neither_renamed_nor_deleted(self):
+        for call in ("open", "stat"):
+            for error in SYSTEM_TROUBLE:
+                for option in ("-rename", "-renamedel"):
+                    self.write("d/a", b"a")
+                    self.write("d/b", b"b")
+                    # The files are named, so that each is looked at, opened and moved in turn.
+                    for number in range(1, 30):
+                        self.run_with(Fault(f"fail {call} {number} 1 {error}"), "-hash=SHA1", option, "d/a", "d/b",
+                                      directory=self.scratch)
+                        contents = {self.read(name) for name in ("d/a", "d/b") if os.path.exists(self.path(name))}
+                        names = set(os.listdir(self.scratch))
+                        contents |= {self.read(name) for name in names if len(name) >= 40}
+                        if call == "open":
+                            self.assertEqual(contents, {b"a", b"b"}, (call, error, option, number))
+                        for name in names:
+                            if len(name) >= 40:
+                                self.assertTrue(name.startswith(sha1(self.read(name))), name)
+                                os.unlink(self.path(name))
+                        self.write("d/a", b"a")
+                        self.write("d/b", b"b")
+
+    def test_interrupted_calls_change_nothing(self):
+        self.write("f", CONTENTS["a.txt"])
+        plain = launcher.run("-hash=ALL", "f", directory=self.scratch).output.decode()
+        for call in ("read", "open"):
+            for count in (1, 2, 50):
+                self.assertEqual(self.run_with(Fault(f"storm {call} {count}"), "-hash=ALL", "f"), plain)
+        self.assertGreater(self.injected, 1000)
+
+    def test_short_reads_change_no_digest_of_any_row(self):
+        self.write("f", CONTENTS["a.txt"])
+        plain = launcher.run("-hash=ALL", "f", directory=self.scratch).output.decode()
+        for count in (1, 3, 62, 63, 64, 65, 127, 1000, 4096):
+            self.assertEqual(self.run_with(Fault(f"short read {count}"), "-hash=ALL", "f"), plain, count)
+
+
+class Moving(InjectedCase):
+    """The ways round a rename that fails: a link, a placeholder, a copy."""
+
+    def test_every_way_leads_to_the_digest_name(self):
+        for error in (errno.EXDEV, errno.EINVAL, errno.ENOSYS, errno.EOPNOTSUPP):
+            with self.subTest(error=os.strerror(error)):
+                self.write("d/a.txt", CONTENTS["e.bin"])
+                self.run_with(Fault(f"fail renameat2 1 1 {error}"), "-hash=SHA1", "-rename", "d")
+                name = sha1(CONTENTS["e.bin"]) + ".txt"
+                self.assertEqual(self.names("d"), [name])
+                self.assertEqual(self.read("d/" + name), CONTENTS["e.bin"])
+                os.unlink(self.path("d", name))
+        self.assertEqual(self.injected, 4)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,130 @@
+# SPDX-License-Identifier: MIT
+"""A quick selection of what test_renaming_under_fire_slow.py does at length, and targets that cannot take files."""
+import errno
+import os
+import subprocess
+import unittest
+
+import launcher
+from expected import md5
+from injected import LIBRARY, needs_library
+from under_fire import UnderFireCase
+
+
+@launcher.posix_only
+class UnderFire(UnderFireCase):
+    def test_killed_while_renaming(self):
+        for option in ("-rename", "-renamedel"):
+            self.kill_in_one_directory(option, 300, 8)
+
+    def test_killed_while_moving_to_another_file_system(self):
+        for option in ("-rename", "-renamedel"):
+            self.kill_between_file_systems(option, 300, 8)
+
+    def test_two_at_once(self):
+        for option in ("-rename", "-renamedel"):
+            self.race(option, 100, 4)
+
+
+@launcher.posix_only
+class NoHardLinks(UnderFireCase):
+    """A file system that knows neither the flag of renameat2 nor links, as the preloaded library plays it."""
+
+    @staticmethod
+    def failing(calls):
+        return {"LD_PRELOAD": LIBRARY, "FYRN_FAULT_LOG": "-1", "FYRN_FAULT": f"fail {calls} 1 1000000 {errno.EINVAL}"}
+
+    FAULT = failing("renameat2,link")
+
+    @needs_library
+    def test_where_no_way_is_left_nothing_is_renamed(self):
+        self.build(20)
+        self.seconds_of("-hash=MD5", "-rename", self.from_directory, environment=self.failing("renameat2,link,rename"))
+        self.check(self.from_directory)
+        self.assertEqual(len([name for name in os.listdir(self.from_directory) if len(name) < 32]), 20)
+
+    @needs_library
+    def test_files_are_renamed_nevertheless(self):
+        for option in ("-rename", "-renamedel"):
+            self.build(200)
+            self.seconds_of("-hash=MD5", option, self.from_directory, environment=self.FAULT)
+            self.check(self.from_directory)
+            self.assertFalse([name for name in os.listdir(self.from_directory) if len(name) < 32])
+
+    @needs_library
+    def test_killed(self):
+        self.build(300)
+        longest = self.seconds_of("-hash=MD5", "-rename", self.from_directory, environment=self.FAULT)
+        for number in range(10):
+            row = ("-hash=SHA1", "-hash=MD5")[number % 2]
+            self.kill_at_random(longest, row, "-rename", self.from_directory, environment=self.FAULT)
+            self.check(self.from_directory, placeholders=True)
+
+
+class MountedCase(UnderFireCase):
+    """The start directory is a small file system of its own."""
+
+    def mount(self, *arguments):
+        directory = self.path("mounted")
+        os.mkdir(directory)
+        done = subprocess.run(["mount", *arguments, directory], stderr=subprocess.PIPE, check=False)
+        if done.returncode != 0:
+            self.skipTest("cannot mount this here: " + os.fsdecode(done.stderr).strip())
+        self.addCleanup(subprocess.run, ["umount", directory], check=True)
+        return directory
+
+    def move_all(self, target, option):
+        self.build(300)
+        self.seconds_of("-hash=MD5", option, os.path.join(self.from_directory, "*"), directory=target)
+
+
+@launcher.root_only
+class PoorTargets(MountedCase):
+    def test_too_few_blocks(self):
+        target = self.mount("-t", "tmpfs", "-o", "size=64k", "none")
+        self.move_all(target, "-rename")
+        self.assertEqual(self.check(self.from_directory, target), 0)
+        self.assertTrue(os.listdir(target) and os.listdir(self.from_directory))
+
+    def test_too_few_files(self):
+        target = self.mount("-t", "tmpfs", "-o", "nr_inodes=50", "none")
+        self.move_all(target, "-rename")
+        self.assertEqual(self.check(self.from_directory, target), 0)
+        self.assertTrue(os.listdir(target) and os.listdir(self.from_directory))
+
+    def test_read_only(self):
+        target = self.mount("-t", "tmpfs", "-o", "ro", "none")
+        self.move_all(target, "-rename")
+        self.check(self.from_directory)
+        self.assertEqual(len(os.listdir(self.from_directory)), 300)
+
+    def test_what_renamedel_cannot_move_it_deletes(self):
+        """For whatever reason the move failed: deliberate, and what the usage text warns of."""
+        target = self.mount("-t", "tmpfs", "-o", "ro", "none")
+        self.move_all(target, "-renamedel")
+        self.assertEqual(os.listdir(self.from_directory), [])
+
+    def test_a_name_taken_by_a_directory(self):
+        target = self.mount("-t", "tmpfs", "none")
+        os.mkdir(os.path.join(target, md5(b"abc") + ".x"))
+        self.contents = set()
+        self.write("from/a.x", b"abc")
+        self.seconds_of("-hash=MD5", "-rename", self.path("from", "a.x"), directory=target)
+        self.assertEqual(sorted(os.listdir(target)), [md5(b"abc") + ".x", md5(b"abc") + "_00.x"])
+
+    def test_a_file_system_without_links(self):
+        image = self.path("image")
+        with open(image, "wb") as file:
+            file.truncate(16 << 20)
+        done = subprocess.run(["mkfs.vfat", image], stdout=subprocess.DEVNULL, check=False) if os.path.exists(
+            "/sbin/mkfs.vfat") else None
+        if done is None or done.returncode != 0:
+            self.skipTest("no mkfs.vfat here")
+        target = self.mount("-t", "vfat", "-o", "loop", image)
+        self.move_all(target, "-rename")
+        self.check(self.from_directory, target)
+        self.assertEqual(os.listdir(self.from_directory), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
