@@ -15,6 +15,8 @@ layers_needs=(python3=python3)
 format_needs=(clang-format-14=clang-format-14 git=git)
 tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 git=git)
 cppcheck_needs=(cppcheck=cppcheck)
+fuzz_needs=("${build_needs[@]}" clang++-14=clang-14
+  /usr/lib/llvm-14/lib/clang/14.0.6/lib/linux/libclang_rt.fuzzer-x86_64.a=libclang-rt-14-dev git=git)
 coverage_needs=("${test_needs[@]}" gcovr=gcovr)
 
 fail() {

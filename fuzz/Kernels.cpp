@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// Every kernel that this machine can run against the portable one, from any state, at any alignment.
+// Input: algorithm, count of blocks, alignment, a word for what is special, state, blocks.
+#include "crypto/kernels/KernelSelect.h"
+#include "fuzz/FuzzInput.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+namespace {
+
+constexpr std::size_t maxBlocks = 40;
+
+// Blocks at a chosen distance from an address of 64 bytes, which end where their memory ends.
+class Blocks {
+  public:
+    Blocks(fuzz::Input& input, std::size_t size, std::size_t alignment) : memory_(size + 64) {
+        void* aligned = memory_.data();
+        std::size_t room = memory_.size();
+        std::align(64, size, aligned, room);
+        begin_ = static_cast<std::uint8_t*>(aligned) + alignment % (room - size + 1);
+        const auto bytes = input.TakeBytes(size);
+        for (std::size_t i = 0; i < size && !bytes.empty(); ++i)
+            begin_[i] = static_cast<std::uint8_t>(bytes[i % bytes.size()] + i / bytes.size());
+    }
+    const std::uint8_t* Begin() const { return begin_; }
+
+  private:
+    std::vector<std::uint8_t> memory_;
+    std::uint8_t* begin_;
+};
+
+// Runs every candidate from the same state and compares with the last one, which is portable.
+template <class State, class Candidates, class Run>
+void Compare(const Candidates& candidates, const State& start, Run run) {
+    State expected = start;
+    run(candidates.back().function, expected);
+    for (const auto& candidate : candidates) {
+        if ((candidate.needs & ~kernels::AvailableCpuFeatures()) != 0)
+            continue;
+        State state = start;
+        run(candidate.function, state);
+        fuzz::Require(std::memcmp(&state, &expected, sizeof state) == 0, candidate.name);
+    }
+}
+
+struct Case {
+    fuzz::Input& input;
+    std::size_t count;
+    std::size_t alignment;
+    std::uint64_t special;
+};
+
+// Kernels of the form (state, blocks, count).
+template <class State, std::size_t blockSize, class Candidates>
+void Plain(const Case& given, const Candidates& candidates) {
+    const auto start = given.input.Take<State>();
+    const Blocks blocks(given.input, given.count * blockSize, given.alignment);
+    Compare(candidates, start,
+            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), given.count); });
+}
+
+template <class Word, std::size_t count>
+struct Words {
+    Word words[count];
+};
+
+template <std::size_t words, class Candidates>
+void Skein(const Case& given, const Candidates& candidates) {
+    struct State {
+        std::uint64_t chain[words];
+        std::uint64_t tweak[2];
+    };
+    const auto start = given.input.Take<State>();
+    const Blocks blocks(given.input, given.count * 8 * words, given.alignment);
+    Compare(candidates, start, [&](auto* kernel, State& state) {
+        kernel(state.chain, state.tweak, blocks.Begin(), given.count, given.special);
+    });
+}
+
+void Blake2b(const Case& given) {
+    const auto start = given.input.Take<kernels::Blake2bState>();
+    const Blocks blocks(given.input, given.count * 128, given.alignment);
+    Compare(kernels::Blake2bCandidates(), start, [&](auto* kernel, kernels::Blake2bState& state) {
+        kernel(state, blocks.Begin(), given.count, given.special);
+    });
+}
+
+void Keccak(const Case& given) {
+    using State = Words<std::uint64_t, 25>;
+    const std::size_t lanes = given.special % 26;
+    const auto start = given.input.Take<State>();
+    const Blocks blocks(given.input, given.count * lanes * 8, given.alignment);
+    Compare(kernels::KeccakCandidates(), start,
+            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), lanes, given.count); });
+}
+
+void FillTables(std::uint64_t polynomial, kernels::CrcTables& tables) {
+    for (std::uint64_t byte = 0; byte < 256; ++byte) {
+        std::uint64_t value = byte;
+        for (int bit = 0; bit < 8; ++bit)
+            value = value >> 1 ^ ((value & 1) != 0 ? polynomial : 0);
+        tables.slices[0][byte] = value;
+    }
+    kernels::Crc_CompleteTables(tables);
+}
+
+// Any polynomial, and any number of bytes.
+void Crc(const Case& given) {
+    static kernels::CrcTables tables;
+    FillTables(given.special, tables);
+    const auto start = given.input.Take<std::uint64_t>();
+    const std::size_t count = given.count * 64 + given.input.Take<std::uint8_t>() % 64u;
+    const Blocks blocks(given.input, count, given.alignment);
+    Compare(kernels::CrcCandidates(), start,
+            [&](auto* kernel, std::uint64_t& crc) { crc = kernel(tables, crc, blocks.Begin(), count); });
+}
+
+void Md6(const Case& given) {
+    struct State {
+        std::uint8_t values[maxBlocks * kernels::md6ChainingValueSize];
+    };
+    const auto prefix = given.input.Take<Words<std::uint64_t, kernels::md6PrefixWords>>();
+    kernels::Md6Batch batch{};
+    batch.prefix = prefix.words;
+    batch.firstId = given.input.Take<std::uint64_t>();
+    batch.control = given.input.Take<std::uint64_t>();
+    batch.lastControl = given.special;
+    batch.rounds = given.input.Take<std::uint8_t>();
+    const Blocks nodes(given.input, given.count * kernels::md6NodeSize, given.alignment);
+    Compare(kernels::Md6Candidates(), State{},
+            [&](auto* kernel, State& state) { kernel(state.values, nodes.Begin(), given.count, batch); });
+}
+
+using Words32x4 = Words<std::uint32_t, 4>;
+
+constexpr void (*algorithms[])(const Case& given) = {
+    [](const Case& given) { Plain<Words32x4, 64>(given, kernels::Md4Candidates()); },
+    [](const Case& given) { Plain<Words32x4, 64>(given, kernels::Md5Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint32_t, 5>, 64>(given, kernels::Sha1Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint32_t, 8>, 64>(given, kernels::Sha256Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 128>(given, kernels::Sha512Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint64_t, 3>, 64>(given, kernels::TigerCandidates()); },
+    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 64>(given, kernels::WhirlpoolCandidates()); },
+    [](const Case& given) { Skein<4>(given, kernels::Skein256Candidates()); },
+    [](const Case& given) { Skein<8>(given, kernels::Skein512Candidates()); },
+    [](const Case& given) { Skein<16>(given, kernels::Skein1024Candidates()); },
+    Blake2b,
+    Keccak,
+    Crc,
+    Md6,
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    fuzz::Input input(data, size);
+    const auto algorithm = algorithms[input.Take<std::uint8_t>() % std::size(algorithms)];
+    const std::size_t count = input.Take<std::uint8_t>() % (maxBlocks + 1);
+    const std::size_t alignment = input.Take<std::uint8_t>() % 64u;
+    algorithm({input, count, alignment, input.Take<std::uint64_t>()});
+    return 0;
+}
