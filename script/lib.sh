@@ -17,6 +17,7 @@ tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 
 cppcheck_needs=(cppcheck=cppcheck)
 fuzz_needs=("${build_needs[@]}" clang++-14=clang-14
   /usr/lib/llvm-14/lib/clang/14.0.6/lib/linux/libclang_rt.fuzzer-x86_64.a=libclang-rt-14-dev git=git)
+completion_needs=(zsh=zsh fish=fish)
 coverage_needs=("${test_needs[@]}" gcovr=gcovr)
 
 fail() {
