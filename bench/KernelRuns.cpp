@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "bench/KernelRuns.h"
+
+#include "crypto/kernels/KernelSelect.h"
+
+namespace bench {
+namespace {
+
+using Bytes = const std::uint8_t*;
+
+// Adds every candidate that this machine can run; run(kernel, bytes, count) hashes a message with one of them.
+template <class Candidates, class Run>
+void Add(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates, Run run) {
+    for (const auto& candidate : candidates)
+        if ((candidate.needs & ~kernels::AvailableCpuFeatures()) == 0)
+            runs.push_back({algorithm, candidate.name,
+                            [run, kernel = candidate.function](Bytes bytes, std::size_t count) {
+                                run(kernel, bytes, count);
+                            }});
+}
+
+// Kernels of the shape (state, blocks, count).
+template <class Word, std::size_t words, std::size_t blockSize, class Candidates>
+void AddBlocks(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates) {
+    Add(runs, algorithm, candidates, [](auto* kernel, Bytes bytes, std::size_t count) {
+        Word state[words] = {};
+        kernel(state, bytes, count / blockSize);
+    });
+}
+
+template <std::size_t words, class Candidates>
+void AddSkein(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates) {
+    Add(runs, algorithm, candidates, [](auto* kernel, Bytes bytes, std::size_t count) {
+        std::uint64_t chain[words] = {};
+        std::uint64_t tweak[2] = {};
+        kernel(chain, tweak, bytes, count / (8 * words), 8 * words);
+    });
+}
+
+void AddKeccak(std::vector<KernelRun>& runs, std::size_t rate) {
+    Add(runs, "Keccak-" + std::to_string(rate), kernels::KeccakCandidates(),
+        [rate](auto* kernel, Bytes bytes, std::size_t count) {
+            std::uint64_t state[25] = {};
+            kernel(state, bytes, rate / 8, count / rate);
+        });
+}
+
+// The lowest level of the tree: three quarters of the work on a message.
+void AddMd6(std::vector<KernelRun>& runs, int rounds) {
+    Add(runs, "Md6-" + std::to_string(rounds), kernels::Md6Candidates(),
+        [rounds](auto* kernel, Bytes bytes, std::size_t count) {
+            static const std::uint64_t prefix[23] = {};
+            static std::uint8_t chainingValues[longestMessage / 4];
+            kernels::Md6Batch batch{};
+            batch.prefix = prefix;
+            batch.rounds = rounds;
+            kernel(chainingValues, bytes, count / 512, batch);
+        });
+}
+
+kernels::CrcTables MakeCrcTables() {
+    kernels::CrcTables tables{};
+    for (unsigned int i = 0; i < 256; ++i)
+        tables.slices[0][i] = i * 0x01b0000000000000u;
+    kernels::Crc_CompleteTables(tables);
+    return tables;
+}
+
+} // namespace
+
+std::vector<KernelRun> KernelRuns() {
+    std::vector<KernelRun> runs;
+    Add(runs, "Blake2b", kernels::Blake2bCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
+        kernels::Blake2bState state{};
+        kernel(state, bytes, count / 128, 128);
+    });
+    Add(runs, "Crc", kernels::CrcCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
+        static const kernels::CrcTables tables = MakeCrcTables();
+        kernel(tables, 0, bytes, count);
+    });
+    for (const std::size_t rate : {72, 104, 136, 144, 168})
+        AddKeccak(runs, rate);
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", kernels::Md4Candidates());
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", kernels::Md5Candidates());
+    for (const int rounds : {72, 104, 168})
+        AddMd6(runs, rounds);
+    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", kernels::Sha1Candidates());
+    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", kernels::Sha256Candidates());
+    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", kernels::Sha512Candidates());
+    AddSkein<4>(runs, "Skein256", kernels::Skein256Candidates());
+    AddSkein<8>(runs, "Skein512", kernels::Skein512Candidates());
+    AddSkein<16>(runs, "Skein1024", kernels::Skein1024Candidates());
+    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", kernels::TigerCandidates());
+    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", kernels::WhirlpoolCandidates());
+    return runs;
+}
+
+} // namespace bench
