@@ -64,10 +64,12 @@ constexpr Candidate<SkeinBlocks> skein1024[] = {
 };
 
 constexpr Candidate<TigerBlocks> tiger[] = {
+    {"bmi", cpu::bmi, X86(Tiger_Blocks_X86Bmi)},
     {"portable", cpu::none, Tiger_Blocks_Portable},
 };
 
 constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
+    {"avx2", cpu::avx2, X86(Whirlpool_Blocks_X86Avx2)},
     {"portable", cpu::none, Whirlpool_Blocks_Portable},
 };
 

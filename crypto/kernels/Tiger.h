@@ -11,6 +11,7 @@ namespace kernels {
 using TigerBlocks = void(std::uint64_t state[3], const std::uint8_t* blocks, std::size_t count);
 
 TigerBlocks Tiger_Blocks_Portable;
+TigerBlocks Tiger_Blocks_X86Bmi;
 
 // The four S-boxes, each indexed by a byte.
 struct alignas(64) TigerBoxes {

@@ -2,7 +2,6 @@
 // Tiger's S-boxes, made as their authors made them: each of the eight byte columns of each box starts as
 // the identity, and five times over every entry's bytes change places with entries chosen by the state of
 // Tiger itself, which hashes a sentence over and over with the boxes as they are at that moment.
-#include "crypto/kernels/ByteOrder.h"
 #include "crypto/kernels/Tiger_Round.h"
 
 #include <algorithm>
@@ -19,7 +18,7 @@ void CompressSentence(const TigerBoxes& boxes, Word state[3]) {
     Word x[8];
     for (int i = 0; i < 8; ++i)
         x[i] = LoadLittle<Word>(reinterpret_cast<const std::uint8_t*>(sentence) + 8 * i);
-    tiger::Compress(boxes, state[0], state[1], state[2], x);
+    tiger::Compress(boxes, tiger::ShiftedBytes{}, state[0], state[1], state[2], x);
 }
 
 // Exchanges the bytes of one entry with those of the entries that the bytes of `choice` name.
