@@ -12,5 +12,6 @@ namespace kernels {
 using WhirlpoolBlocks = void(std::uint64_t state[8], const std::uint8_t* blocks, std::size_t count);
 
 WhirlpoolBlocks Whirlpool_Blocks_Portable;
+WhirlpoolBlocks Whirlpool_Blocks_X86Avx2;
 
 } // namespace kernels

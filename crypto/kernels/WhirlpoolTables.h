@@ -11,20 +11,26 @@ namespace kernels::whirlpool {
 using SBox = std::array<std::uint8_t, 256>;
 using Table = std::array<std::uint64_t, 256>;
 
-// The S-box: the exponential box E and its inverse on the two nibbles, joined through the random box R.
-constexpr SBox DeriveSBox() {
-    constexpr std::uint8_t e[16] = {1, 11, 9, 12, 13, 6, 15, 3, 14, 8, 7, 4, 10, 2, 5, 0};
-    constexpr std::uint8_t r[16] = {7, 12, 11, 13, 14, 4, 9, 15, 6, 3, 8, 10, 2, 5, 1, 0};
-    std::uint8_t inverse[16] = {};
-    for (std::uint8_t i = 0; i < 16; ++i)
-        inverse[e[i]] = i;
+using MiniBox = std::array<std::uint8_t, 16>;
 
+// The exponential box, its inverse, and the random box.
+inline constexpr MiniBox boxE = {1, 11, 9, 12, 13, 6, 15, 3, 14, 8, 7, 4, 10, 2, 5, 0};
+inline constexpr MiniBox boxR = {7, 12, 11, 13, 14, 4, 9, 15, 6, 3, 8, 10, 2, 5, 1, 0};
+inline constexpr MiniBox boxInverseE = [] {
+    MiniBox inverse{};
+    for (std::uint8_t i = 0; i < 16; ++i)
+        inverse[boxE[i]] = i;
+    return inverse;
+}();
+
+// The S-box: E and its inverse on the two nibbles, joined through R.
+constexpr SBox DeriveSBox() {
     SBox box{};
     for (unsigned int x = 0; x < 256; ++x) {
-        const unsigned int high = e[x >> 4];
-        const unsigned int low = inverse[x & 15];
-        const unsigned int joint = r[high ^ low];
-        box[x] = static_cast<std::uint8_t>(e[high ^ joint] << 4 | inverse[low ^ joint]);
+        const unsigned int high = boxE[x >> 4];
+        const unsigned int low = boxInverseE[x & 15];
+        const unsigned int joint = boxR[high ^ low];
+        box[x] = static_cast<std::uint8_t>(boxE[high ^ joint] << 4 | boxInverseE[low ^ joint]);
     }
     return box;
 }
