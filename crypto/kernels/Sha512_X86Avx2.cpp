@@ -62,15 +62,19 @@ ISA_AVX2_BMI ALWAYS_INLINE Word BigSigma1(Word x) {
     return std::rotr(x, 14) ^ std::rotr(x, 18) ^ std::rotr(x, 41);
 }
 
-// One round, as in the portable kernel; the two halves of the choice share no bit.
+// One round, as in the portable kernel, but for two things: the halves of the choice share no bit and are added one by
+// one, and the big sigma of `a` is added at the start of the next round, which keeps it out of the way of the chain
+// from e to the next e.
 #define ROUND(a, b, c, d, e, f, g, h, i)                                                                     \
     h += wk[i];                                                                                              \
-    h += (g & ~e) + (e & f);                                                                                 \
+    a += sigmaOfA;                                                                                           \
+    h += g & ~e;                                                                                             \
+    h += e & f;                                                                                              \
     h += BigSigma1(e);                                                                                       \
     d += h;                                                                                                  \
     aXorB = a ^ b;                                                                                           \
     h += b ^ (aXorB & bXorC);                                                                                \
-    h += BigSigma0(a);                                                                                       \
+    sigmaOfA = BigSigma0(a);                                                                                 \
     bXorC = aXorB;
 
 #define FOUR_ROUNDS(a, b, c, d, e, f, g, h, i)                                                               \
@@ -103,6 +107,7 @@ ISA_AVX2_BMI void Sha512_Blocks_X86Avx2(std::uint64_t state[8], const std::uint8
         StoreWithConstants(wk + 12, m3, 12);
         Word aXorB;
         Word bXorC = b ^ c;
+        Word sigmaOfA = 0;
         for (int t = 16; t < 80; t += 16) {
             m0 = NextWords(m0, m1, m2, m3);
             FOUR_ROUNDS(a, b, c, d, e, f, g, h, 0)
@@ -121,7 +126,7 @@ ISA_AVX2_BMI void Sha512_Blocks_X86Avx2(std::uint64_t state[8], const std::uint8
         FOUR_ROUNDS(e, f, g, h, a, b, c, d, 4)
         FOUR_ROUNDS(a, b, c, d, e, f, g, h, 8)
         FOUR_ROUNDS(e, f, g, h, a, b, c, d, 12)
-        a = state[0] += a;
+        a = state[0] += a + sigmaOfA;
         b = state[1] += b;
         c = state[2] += c;
         d = state[3] += d;
