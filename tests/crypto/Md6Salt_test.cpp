@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The salt of MD6 is fed like any salt, and its first 64 bytes are the key.
 #include "tests/crypto/Md6Support.h"
+#include "tests/helpers/KnownAnswers.h"
 
 namespace {
 
@@ -72,6 +73,17 @@ TEST_F(Md6Salt, AKeyRaisesTheRoundsToAtLeast80) {
         EXPECT_EQ(Text(engine_, Message(file), d),
                   helpers::ToHex(reference::Md6(file, 24, {.digestBits = d, .key = salt, .rounds = rounds})))
             << d;
+}
+
+// A salt that is not placed anywhere is the key alone.
+TEST_F(Md6Salt, KeyedDigestsAreThoseOfAnotherImplementation) {
+    engine_.SetSalt_FromFile(files_.Write("salt", helpers::BytesOf("abcde12345")).c_str(),
+                             EnumSaltType::None);
+    for (const auto& [function, message, digest] :
+         helpers::ReadKnownAnswers(FYRN_SOURCE_DIR "/tests/data/md6_keyed.txt")) {
+        const auto d = static_cast<unsigned short>(std::stoi(function.substr(4)));
+        EXPECT_EQ(Text(engine_, Message(message), d), digest) << function << ", " << message.size();
+    }
 }
 
 TEST_F(Md6Salt, SaltThatIsGoneLeavesTheDigestUnkeyed) {

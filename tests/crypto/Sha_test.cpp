@@ -2,77 +2,24 @@
 // What holds for each function of the SHA engine.
 #include "tests/helpers/ScratchFiles.h"
 #include "tests/helpers/ShaRows.h"
-#include "tests/helpers/VectorLines.h"
 
 #include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace {
 
 using helpers::Bytes;
 using helpers::ShaRow;
 
-// "-", hex digits or hex digits and their count: "a3*200".
-Bytes MessageOf(const std::string& field) {
-    if (field == "-")
-        return {};
-    const std::size_t star = field.find('*');
-    const Bytes piece = helpers::FromHex(field.substr(0, star));
-    Bytes message;
-    for (std::size_t left = star == field.npos ? 1 : std::stoul(field.substr(star + 1)); left != 0; --left)
-        message.insert(message.end(), piece.begin(), piece.end());
-    return message;
-}
-
 class Sha : public testing::Test {
   protected:
     std::string Of(const ShaRow& row, std::span<const std::uint8_t> message) {
         return helpers::ShaText(row, engine_, files_.Write("file", message).c_str());
     }
-    std::string Of(const helpers::ShakeRow& row, std::span<const std::uint8_t> message) {
-        return helpers::ShakeText(row, shake_, files_.Write("file", message).c_str());
-    }
-
-    // Compares the rows of this name with an answer; returns how many there are.
-    template <class Rows>
-    int Check(const Rows& rows, const std::string& name, const Bytes& message, const std::string& digest) {
-        int count = 0;
-        for (const auto& row : rows) {
-            if (row.name != name)
-                continue;
-            EXPECT_EQ(Of(row, message), digest) << name << ", " << message.size() << " bytes";
-            ++count;
-        }
-        return count;
-    }
-
-    void CheckKnownAnswers(const char* file) {
-        for (const std::string& line : helpers::VectorLines(file)) {
-            std::istringstream fields(line);
-            std::string name, message, digest;
-            ASSERT_TRUE(fields >> name >> message >> digest) << line;
-            EXPECT_EQ(Check(helpers::ShaRows(), name, MessageOf(message), digest) +
-                          Check(helpers::ShakeRows(), name, MessageOf(message), digest),
-                      1)
-                << line;
-        }
-    }
-
     helpers::ScratchFiles files_;
     CCrypto_Sha engine_{nullptr};
-    CCrypto_Shake shake_{nullptr};
 };
 
 using ShaSlow = Sha;
-
-TEST_F(Sha, ExamplesOfFips180Hold) {
-    CheckKnownAnswers("sha.txt");
-}
-
-TEST_F(Sha, ExamplesOfFips202AndOfTheKeccakSubmissionHold) {
-    CheckKnownAnswers("sha3.txt");
-}
 
 TEST_F(Sha, LengthsAroundTheBlockTakeBothPaddingBranches) {
     for (const ShaRow& row : helpers::ShaRows())

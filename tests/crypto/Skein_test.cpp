@@ -2,7 +2,6 @@
 #include "crypto/CCrypto_Skein.h"
 
 #include "tests/helpers/EngineSuite.h"
-#include "tests/helpers/VectorFile.h"
 #include "tests/reference/Skein.h"
 
 namespace {
@@ -26,9 +25,6 @@ struct SkeinFunction {
     }
     static helpers::Bytes Reference(std::span<const std::uint8_t> message) {
         return reference::Skein(message, digestSize, digestSize);
-    }
-    static std::string DataFile() {
-        return FYRN_SOURCE_DIR "/tests/data/skein_" + std::to_string(stateBits) + ".txt";
     }
 };
 
@@ -94,14 +90,6 @@ struct SizeNames {
 
 using Sizes = testing::Types<Skein256, Skein512, Skein1024>;
 TYPED_TEST_SUITE(Skein, Sizes, SizeNames);
-
-TYPED_TEST(Skein, EngineAndReferenceGiveThePublishedDigests) {
-    using Whole = typename TypeParam::Function;
-    for (const auto& [message, digest] : helpers::ReadVectors(Whole::DataFile())) {
-        EXPECT_EQ(helpers::EngineText<Whole>(this->engine, message), digest);
-        EXPECT_EQ(helpers::ToHex(Whole::Reference(message)), digest);
-    }
-}
 
 TYPED_TEST(Skein, InitStartsTheMessageStage) {
     this->context.buffered = 9;

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+// The rows of the hash table, called as the program calls them, for tests that hold for each of the 43.
+#pragma once
+
+#include "app/HashTable.h"
+#include "tests/helpers/Bytes.h"
+#include "tests/helpers/ScratchFiles.h"
+
+#include <string>
+#include <string_view>
+
+namespace row_tests {
+
+class RowTexts {
+  public:
+    // What the row of this name prints for a file; "failed" when its function failed or no row bears the name.
+    std::string OfFile(std::string_view name, const std::wstring& path) {
+        for (const HashRow& row : hashTable)
+            if (std::wstring(name.begin(), name.end()) == row.name)
+                return row.hash(context_, path.c_str()) ? context_.hashText : "failed";
+        return "failed";
+    }
+
+    std::string Of(std::string_view name, std::span<const std::uint8_t> message) {
+        return OfFile(name, files_.Write("message", message));
+    }
+
+  private:
+    RunContext context_;
+    helpers::ScratchFiles files_;
+};
+
+} // namespace row_tests
