@@ -1,0 +1,157 @@
+# SPDX-License-Identifier: MIT
+"""Every recipe of docs/recipes.md, run as it stands."""
+import hashlib
+import os
+import re
+import shutil
+import subprocess
+import unittest
+
+from launcher import INSTRUMENTED, PROGRAM, SOURCE_DIRECTORY, ScratchCase, posix_only
+
+PAGE = os.path.join(SOURCE_DIRECTORY, "docs", "recipes.md")
+TREE = {"photos/a b.jpg": b"one", "photos/2024/same.jpg": b"one", "photos/2024/-rename": b"two", "photos/empty": b"",
+        "photos/*": b"star", "photos/2025/z.jpg": b"last"}
+
+
+def recipes():
+    """Heading -> its code blocks."""
+    with open(PAGE, encoding="utf-8") as file:
+        sections = re.split(r"^## (.*)\n", file.read(), flags=re.MULTILINE)[1:]
+    return {title: re.findall(r"^```sh\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
+            for title, text in zip(sections[::2], sections[1::2])}
+
+
+def listing(contents, algorithm="sha256"):
+    """What the coreutils print for these files, in the order of their paths."""
+    return "".join(f"{hashlib.new(algorithm, contents[name]).hexdigest()}  {name}\n"
+                   for name in sorted(contents, key=os.fsencode))
+
+
+class RecipeCase(ScratchCase):
+    def setUp(self):
+        super().setUp()
+        for name, content in TREE.items():
+            self.write(name, content)
+        self.tools = self.path(".tools")
+        os.mkdir(self.tools)
+        os.symlink(PROGRAM, os.path.join(self.tools, "fyrn"))
+        self.user = {}
+        self.environment = {"PATH": self.tools + ":/usr/bin:/bin", "HOME": self.scratch, "LC_ALL": "C.UTF-8"}
+
+    def cook(self, title, block=None):
+        """Runs a recipe, or one block of it, and returns what it printed."""
+        blocks = recipes()[title]
+        script = "set -eu\n" + "\n".join(blocks if block is None else [blocks[block]])
+        done = subprocess.run(["sh", "-c", script], cwd=self.scratch, env=self.environment, stdin=subprocess.DEVNULL,
+                              capture_output=True, text=True, check=False, timeout=300, **self.user)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        return done.stdout
+
+    def give_to_nobody(self):
+        """Cooks as a user whom rights stop, with a copy of the program that this user may run."""
+        os.remove(os.path.join(self.tools, "fyrn"))
+        shutil.copy(PROGRAM, os.path.join(self.tools, "fyrn"))
+        nobody = 65534
+        for directory, _, files in os.walk(self.scratch):
+            for name in (".", *files):
+                os.chown(os.path.join(directory, name), nobody, nobody, follow_symlinks=False)
+        self.user = {"user": nobody, "group": nobody, "extra_groups": []}
+
+    def text(self, name):
+        return self.read(name).decode()
+
+    def make_list(self):
+        self.cook("A list that sha256sum reads")
+
+
+@posix_only
+class Recipes(RecipeCase):
+    def test_every_recipe_is_tried(self):
+        with open(__file__, encoding="utf-8") as file:
+            tried = file.read()
+        with open(os.path.join(os.path.dirname(__file__), "test_recipes_slow.py"), encoding="utf-8") as file:
+            tried += file.read()
+        self.assertEqual([title for title in recipes() if f'"{title}"' not in tried], [])
+        self.assertEqual([title for title, blocks in recipes().items() if not blocks], [])
+
+    def test_sha256sum_reads_the_list(self):
+        self.assertEqual(self.cook("A list that sha256sum reads"), "")
+        self.assertEqual(self.text("photos.sha256"), listing(TREE))
+
+    def test_sha256sum_tells_a_change(self):
+        self.make_list()
+        self.write("photos/empty", b"no more")
+        check = recipes()["A list that sha256sum reads"][1]
+        done = subprocess.run(["sh", "-c", check], cwd=self.scratch, env=self.environment, capture_output=True,
+                              text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout), (1, "photos/empty: FAILED\n"))
+
+    def test_b2sum_reads_the_list(self):
+        self.assertEqual(self.cook("A list that b2sum reads"), "")
+        self.assertEqual(self.text("photos.b2"), listing(TREE, "blake2b"))
+
+    @unittest.skipIf(INSTRUMENTED, "an instrumented program cannot write its files as another user")
+    def test_an_unreadable_file_is_in_no_list(self):
+        os.chmod(self.write("photos/m", b"secret"), 0)
+        if os.geteuid() == 0:
+            self.give_to_nobody()
+        self.make_list()
+        self.cook("A list that b2sum reads")
+        self.assertEqual(self.text("photos.sha256"), listing(TREE))
+        self.assertEqual(self.text("photos.b2"), listing(TREE, "blake2b"))
+
+    def test_an_earlier_list_tells_what_changed(self):
+        self.make_list()
+        self.assertEqual(self.cook("Check files against an earlier list"), "unchanged\n")
+        self.write("photos/2025/z.jpg", b"another")
+        block = recipes()["Check files against an earlier list"][0]
+        done = subprocess.run(["sh", "-c", block], cwd=self.scratch, env=self.environment, capture_output=True,
+                              text=True, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertRegex(done.stdout, r"(?m)^< \w{64}  photos/2025/z.jpg$")
+        self.assertRegex(done.stdout, r"(?m)^> \w{64}  photos/2025/z.jpg$")
+
+    def test_two_trees_are_compared(self):
+        self.make_list()
+        shutil.copytree(self.path("photos"), self.path("backup"))
+        self.assertEqual(self.cook("Compare two trees"), "")
+        self.write("backup/new", b"new")
+        self.write("backup/2024/-rename", b"2")
+        old, changed, new = (hashlib.sha256(content).hexdigest() for content in (b"two", b"2", b"new"))
+        lines = self.cook("Compare two trees").splitlines()
+        self.assertEqual([line for line in lines if line[0] in "<>"],
+                         [f"< {old}  ./2024/-rename", f"> {changed}  ./2024/-rename", f"> {new}  ./new"])
+
+    def test_duplicates_are_found(self):
+        self.make_list()
+        self.write("backup/other", b"last")
+        one, last = (hashlib.sha256(content).hexdigest() for content in (b"one", b"last"))
+        groups = [f"{one}  photos/2024/same.jpg\n{one}  photos/a b.jpg\n",
+                  f"{last}  backup/other\n{last}  photos/2025/z.jpg\n"]
+        self.assertEqual(self.cook("Find duplicates"), "\n".join(sorted(groups)))
+
+    def test_what_git_tracks_is_hashed(self):
+        for command in (["git", "init", "--quiet"], ["git", "add", "photos"]):
+            subprocess.run(command, cwd=self.scratch, env=self.environment, check=True)
+        self.write("untracked", b"no")
+        lines = self.cook("Hash what git tracks").splitlines()
+        self.assertEqual(lines[:2], ["Hashes: SHA2-256 ", ""])
+        self.assertEqual(dict(zip(lines[2::2], lines[3::2])),
+                         {"./" + name: "  " + hashlib.sha256(content).hexdigest() for name, content in TREE.items()})
+
+    def test_photos_are_named_and_nothing_is_lost(self):
+        self.assertEqual(self.cook("Name a photo archive by digest"), "nothing is lost\n")
+        named = {f"{hashlib.sha256(content).hexdigest()}{os.path.splitext(name)[1]}" for name, content in TREE.items()}
+        found = {name for _, _, names in os.walk(self.path("renamed")) for name in names}
+        self.assertEqual(found, named)
+        self.assertIn(self.path("renamed/2024/same.jpg"), self.text("renamed.txt").splitlines())
+
+    @unittest.skipUnless(shutil.which("parallel"), "needs GNU parallel")
+    def test_all_cores_make_the_same_list(self):
+        self.make_list()
+        self.assertEqual(self.cook("Use all cores"), "the same\n")
+
+
+if __name__ == "__main__":
+    unittest.main()
