@@ -40,14 +40,6 @@ class ShaOracle : public testing::Test {
                 [&](const std::wstring& path) { return helpers::ShakeText(row, shake_, path.c_str()); });
     }
 
-    void ExpectAgreement(std::size_t length, std::uint64_t seed) {
-        const Bytes message = helpers::PseudoRandomBytes(length, seed);
-        const std::wstring path = files_.Write("file", message);
-        for (const Row& row : rows_)
-            EXPECT_EQ(row.text(path), row.expected(message))
-                << row.name << ", " << length << " bytes, seed " << seed;
-    }
-
     helpers::ScratchFiles files_;
     CCrypto_Sha sha_{nullptr};
     CCrypto_Shake shake_{nullptr};
@@ -68,24 +60,6 @@ class ShaOracle : public testing::Test {
                          }});
     }
 };
-
-using ShaOracleSlow = ShaOracle;
-
-TEST_F(ShaOracle, EveryLengthTo300Agrees) {
-    for (std::size_t length = 0; length <= 300; ++length)
-        ExpectAgreement(length, 11);
-}
-
-TEST_F(ShaOracleSlow, EveryLengthTo4200Agrees) {
-    for (std::size_t length = 0; length <= 4200; ++length)
-        ExpectAgreement(length, 12);
-}
-
-TEST_F(ShaOracleSlow, LengthsAroundTheReadBuffersAgree) {
-    for (const std::size_t border : {1'000'000u, 2'036'736u})
-        for (std::size_t length = border - 1; length <= border + 1; ++length)
-            ExpectAgreement(length, 13);
-}
 
 // The chain of the CAVP Monte Carlo tests: each message is made of the three digests before it.
 TEST_F(ShaOracle, ChainsOfAThousandDigestsAgree) {
