@@ -40,9 +40,14 @@ bool ProcessFoundDirectory(RunContext& context, const wchar_t* path, const Found
     return IsSelfOrParent(entry.name) || ProcessDirectory(context, path);
 }
 
-// Splits an argument that was found. "dir/" was found as "dir", and is split as that.
+// Splits an argument that was found. "dir/" was found as "dir", and is split as that. Where an argument is found that
+// no path buffer holds, the system splits it as it is.
 void SplitWithoutTrailingSeparators(const wchar_t* argument, PathParts& parts) {
     wchar_t target[maxPath];
+    if (std::wcslen(argument) >= maxPath) {
+        platform::SplitPath(argument, parts);
+        return;
+    }
     FormatToBuffer(target, maxPath, L"%s", argument);
     std::size_t length = std::wcslen(target);
     while (length > 1 && target[length - 1] == pathSeparator)

@@ -11,6 +11,10 @@ build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
 test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev)
+windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix)
+windows_test_needs=("${build_needs[@]}" "${windows_build_needs[@]}" python3=python3
+  wine=wine /usr/lib/wine/wine64=wine64 /usr/src/googletest/CMakeLists.txt=googletest)
+windows_slow_test_needs=(Xvfb=xvfb xdotool=xdotool)
 layers_needs=(python3=python3)
 format_needs=(clang-format-14=clang-format-14 git=git)
 tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 git=git)
@@ -108,6 +112,28 @@ build_preset() {
 configure_and_build() {
   configure "$@"
   quietly ninja -C "$root/build/$1" -j "$jobs"
+}
+
+# build_program PRESET: builds the program alone, in a folder that may have been configured for more.
+build_program() {
+  locked "$1" configure_and_build_program "$1"
+}
+
+configure_and_build_program() {
+  if ! is_configured "$1"; then
+    notice "Building fyrn"
+    configure "$1" -DFYRN_TESTS=OFF
+  fi
+  quietly ninja -C "$root/build/$1" -j "$jobs" fyrn
+}
+
+# The program for Windows is one file to copy: it imports what every Windows has, and nothing else.
+check_windows_imports() {
+  local imports foreign
+  imports=$(x86_64-w64-mingw32-objdump -p "$root/build/windows/fyrn.exe" | sed -n 's/^\tDLL Name: //p')
+  [ -n "$imports" ] || fail "build/windows/fyrn.exe: no imports found"
+  foreign=$(grep -ivxE '(kernel32|msvcrt|user32)\.dll' <<<"$imports") || return 0
+  fail "build/windows/fyrn.exe imports ${foreign//$'\n'/, }"
 }
 
 # run_ctest PRESET [CTEST-OPTION...]: its last lines are CTest's summary.
