@@ -4,6 +4,7 @@
 #include "platform/FileIdentity_Posix.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <vector>
 
 namespace platform {
@@ -12,6 +13,7 @@ namespace {
 
 std::vector<int> openDescriptors;
 std::vector<FileIdentity> pinnedFiles;
+bool anyFileMayBePinned = false;
 
 bool Names(int descriptor, const FileIdentity& file) {
     struct stat status;
@@ -31,13 +33,17 @@ void RememberOpenFile(int descriptor) {
 
 void PinFile(const char* path) {
     struct stat status;
-    if (stat(path, &status) == 0 && !IsHeldOpen(status))
+    if (stat(path, &status) != 0)
+        anyFileMayBePinned = anyFileMayBePinned || errno != ENOENT;
+    else if (!IsHeldOpen(status))
         pinnedFiles.emplace_back(status);
 }
 
 void PinOpenFile(int descriptor) {
     struct stat status;
-    if (fstat(descriptor, &status) == 0 && pinnedFiles.size() < pinnedFiles.capacity())
+    if (fstat(descriptor, &status) != 0)
+        anyFileMayBePinned = true;
+    else
         pinnedFiles.emplace_back(status);
 }
 
@@ -47,7 +53,8 @@ void ForgetOpenFile(int descriptor) {
 
 bool IsHeldOpen(const struct stat& status) {
     const FileIdentity file(status);
-    return std::any_of(openDescriptors.begin(), openDescriptors.end(),
+    return anyFileMayBePinned ||
+           std::any_of(openDescriptors.begin(), openDescriptors.end(),
                        [&](int descriptor) { return Names(descriptor, file); }) ||
            std::find(pinnedFiles.begin(), pinnedFiles.end(), file) != pinnedFiles.end();
 }

@@ -14,7 +14,8 @@ void MakeRoomForOpenFile();
 void RememberOpenFile(int descriptor);
 
 // Treats a file as open until the end of the run: it could not be opened because descriptors or memory were
-// used up, or because the disk failed, which says nothing against the file.
+// used up, or because the disk failed, which says nothing against the file. Where not even the path can be looked at,
+// it might be any file, and every one counts as open from then on.
 void PinFile(const char* path);
 
 // The same for an open file that could not be read to its end.
