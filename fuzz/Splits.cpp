@@ -5,22 +5,15 @@
 #include "crypto/CCrypto_Sha_Context.h"
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Tiger.h"
-#include "crypto/CCrypto_Whirlpool.h"
 #include "crypto/Md4Md5Context.h"
 #include "crypto/kernels/KernelSelect.h"
 #include "fuzz/FuzzInput.h"
 #include "tests/helpers/RowReference.h"
+#include "tests/helpers/WhirlpoolTestPeer.h"
 #include "tests/reference/Tiger.h"
 
 #include <algorithm>
 #include <vector>
-
-class WhirlpoolTestPeer {
-  public:
-    static helpers::Bytes Digest(const CCrypto_Whirlpool& engine) {
-        return {engine.digest_, engine.digest_ + 64};
-    }
-};
 
 namespace {
 
