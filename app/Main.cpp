@@ -3,6 +3,7 @@
 #include "app/CommandLine.h"
 #include "app/HashTable.h"
 #include "app/Header.h"
+#include "app/Progress.h"
 #include "app/Salt.h"
 #include "app/TargetEnumeration.h"
 #include "app/Usage.h"
@@ -21,6 +22,7 @@ void Run(int argc, wchar_t* argv[]) {
     }
     PrintHeader(context);
     LoadSalt(context, salt);
+    StartProgress();
     bool inStartDirectory = true;
     for (int i = 1; i < argc && inStartDirectory; ++i)
         if (argv[i][0] != L'\0')
@@ -36,5 +38,6 @@ int wmain(int argc, wchar_t* argv[]) {
     } catch (const std::bad_alloc&) {
         // Not even a line of output finds memory; what was printed so far is complete.
     }
+    EndProgress();
     return 0;
 }

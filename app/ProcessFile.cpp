@@ -3,6 +3,7 @@
 
 #include "app/Console.h"
 #include "app/HashTable.h"
+#include "app/Progress.h"
 #include "app/RenameByHash.h"
 #include "platform/Directory.h"
 
@@ -27,9 +28,13 @@ void ProcessFile(RunContext& context, const wchar_t* path) {
     platform::PathParts parts;
     platform::SplitPath(path, parts);
     PrintNameLine(context, parts);
-    for (std::size_t row = 0; row < hashRowCount; ++row)
-        if (IsSelected(context, row))
-            PrintDigestLine(context, hashTable[row], path);
+    NoteFile(path);
+    for (std::size_t row = 0; row < hashRowCount; ++row) {
+        if (!IsSelected(context, row))
+            continue;
+        NoteRow(context, row);
+        PrintDigestLine(context, hashTable[row], path);
+    }
     if (context.rename)
         RenameByHash(context, path, parts.extension);
 }

@@ -7,6 +7,7 @@
 
 #include "crypto/CCrypto_Salt.h"
 #include "platform/File.h"
+#include "support/ReadObserver.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,11 +19,15 @@ namespace engine_frame {
 // is handed to cleanse(buffer, count) with the number of bytes that ever held data.
 template <class Update, class Cleanse>
 void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update, Cleanse cleanse) {
+    if (readObserver != nullptr)
+        readObserver->begin(platform::SizeOf(file));
     unsigned char* const buffer = new unsigned char[bufferSize]; // not cleared: only bytes read are looked at
     std::size_t used = 0;
     while (const std::size_t count = platform::ReadFully(file, buffer, bufferSize)) {
         used = std::max(used, count);
         update(buffer, count);
+        if (readObserver != nullptr)
+            readObserver->read(count);
     }
     cleanse(buffer, used);
     delete[] buffer;

@@ -3,6 +3,7 @@
 // ones in their place.
 #include "platform/EncodedPieces.h"
 #include "platform/Process.h"
+#include "platform/Status.h"
 
 #include <cerrno>
 #include <csignal>
@@ -67,6 +68,7 @@ bool AbortIsHandled() {
 
 // A process in the background would be stopped by reading from its terminal: nobody is asked then.
 int AskYesNo(const wchar_t* text, const wchar_t* caption) {
+    WipeStatus();
     const int terminal = open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY);
     if (terminal == -1)
         return nobodyAnswered;

@@ -2,6 +2,7 @@
 // The question after a fault and the end of the process. A source of their own, so that a test can link other
 // ones in their place.
 #include "platform/Process.h"
+#include "platform/Status.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +14,7 @@ int AskYesNo(const wchar_t* text, const wchar_t* caption) {
     static_assert(answerYes == IDYES && answerNo == IDNO);
     constexpr UINT style = MB_YESNO | MB_ICONERROR | MB_TASKMODAL;
     static_assert(style == 0x2014);
+    WipeStatus();
     return MessageBoxW(nullptr, text, caption, style);
 }
 

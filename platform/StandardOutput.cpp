@@ -3,12 +3,14 @@
 // locale cannot express, and one call makes the stream wide for good.
 #include "platform/EncodedPieces.h"
 #include "platform/Process.h"
+#include "platform/Status.h"
 
 #include <cstdio>
 
 namespace platform {
 
 void WriteToStandardOutput(const wchar_t* text) {
+    WipeStatus();
     ForEachEncodedPiece(text, [](const char* bytes, std::size_t count) {
         [[maybe_unused]] const std::size_t written = std::fwrite(bytes, 1, count, stdout);
     });

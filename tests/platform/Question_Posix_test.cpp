@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The question on a terminal, with a child process behind a pseudo-terminal, and the end after a fault.
 #include "platform/Process.h"
+#include "platform/Status.h"
 
 #include "tests/platform/EndChild_Posix.h"
 
@@ -69,6 +70,12 @@ TEST(QuestionPosix, YesAndNoAreUnderstood) {
     EXPECT_EQ(Ask("Yes please\n").answer, platform::answerYes);
     EXPECT_EQ(Ask("n\n").answer, platform::answerNo);
     EXPECT_EQ(Ask("NO\n").answer, platform::answerNo);
+}
+
+TEST(QuestionPosix, TheStatusLineIsGoneBeforeTheQuestion) {
+    const Dialogue dialogue = Ask("y\n", [] { platform::ShowStatus(L"reading \x20AC"); });
+    const std::string expected = "\rreading \xE2\x82\xAC\x1b[K\r\x1b[K\r\nCaption\r\n";
+    EXPECT_NE(dialogue.screen.find(expected), std::string::npos) << dialogue.screen;
 }
 
 TEST(QuestionPosix, TheQuestionIsRepeatedUntilItIsAnswered) {

@@ -1,0 +1,151 @@
+# SPDX-License-Identifier: MIT
+"""The line that tells a waiting user how far a long run has come: on a terminal, after two seconds, and gone in time.
+
+The file is a pipe that the test fills as slowly as it likes, or a large file without content on the disk.
+"""
+import fcntl
+import os
+import pty
+import re
+import struct
+import subprocess
+import termios
+import threading
+import time
+import unittest
+
+from expected import md5
+from launcher import ScratchCase, command, posix_only
+
+PIECE = b"x" * (1 << 20)
+WIPE = b"\r\x1b[K"
+DRAWN = re.compile(rb"\r([^\r\n]+)\x1b\[K")
+
+
+class Reader(threading.Thread):
+    """Collects what comes out of a pseudo-terminal, with the time of each piece."""
+
+    def __init__(self, master):
+        super().__init__(daemon=True)
+        self.master, self.pieces = master, []
+        self.start()
+
+    def run(self):
+        try:
+            while piece := os.read(self.master, 65536):
+                self.pieces.append((time.monotonic(), piece))
+        except OSError:  # the other side is closed
+            pass
+
+    @property
+    def text(self):
+        return b"".join(piece for _, piece in self.pieces)
+
+
+@posix_only
+class Progress(ScratchCase):
+    def setUp(self):
+        super().setUp()
+        os.mkfifo(self.path("slow"))
+
+    def feed(self, seconds, pause=0.05, pipe="slow"):
+        """Writes pieces into the pipe for some time, and returns all that was written."""
+        content = b""
+        with open(self.path(pipe), "wb") as pipe:
+            end = time.monotonic() + seconds
+            while time.monotonic() < end:
+                pipe.write(PIECE)
+                pipe.flush()
+                content += PIECE
+                time.sleep(pause)
+        return content
+
+    def on_terminal(self, *arguments, output=subprocess.PIPE, columns=100, environment=None, control=True):
+        """Starts the program with a pseudo-terminal as standard error; with output=None also as standard output."""
+        master, slave = pty.openpty()
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+
+        def take_terminal():
+            os.setsid()
+            fcntl.ioctl(2, termios.TIOCSCTTY, 0)
+
+        process = subprocess.Popen(command(*arguments), cwd=self.scratch, stdin=subprocess.DEVNULL, stderr=slave,
+                                   stdout=slave if output is None else output,
+                                   env=os.environ | {"TERM": "xterm"} | (environment or {}),
+                                   preexec_fn=take_terminal if control else os.setsid)
+        os.close(slave)
+        self.addCleanup(os.close, master)
+        return process, Reader(master)
+
+    def finish(self, process, reader):
+        output = process.communicate(timeout=60)[0]
+        reader.join(10)
+        self.assertEqual(process.returncode, 0)
+        return output
+
+    def test_a_long_run_shows_file_function_bytes_and_speed_ten_times_a_second_at_most(self):
+        begin = time.monotonic()
+        process, reader = self.on_terminal("-hash=MD5", "slow")
+        content = self.feed(3.5, pause=0.01)
+        output = self.finish(process, reader)
+        self.assertEqual(output, f"Hashes: MD5 \n\nslow\n  {md5(content)}\n".encode())
+        lines = DRAWN.findall(reader.text)
+        for line in lines:
+            self.assertRegex(line, rb"^(\.\.\.)?[^ ]*/slow  MD5 1/1  \d+\.\d MiB  \d+\.\d MiB/s$")
+            self.assertLess(len(line), 100)
+        drawn = [moment for moment, piece in reader.pieces for _ in DRAWN.findall(piece)]
+        self.assertGreater(drawn[0] - begin, 1.9)
+        self.assertGreaterEqual(len(drawn), 3)
+        self.assertLess(len(drawn), (drawn[-1] - drawn[0]) * 10 + 2)
+        self.assertTrue(reader.text.endswith(WIPE), reader.text)
+
+    def test_it_is_wiped_before_any_output_and_at_the_end(self):
+        self.write("a", b"a")
+        process, reader = self.on_terminal("-hash=MD5", "slow", "a", output=None)
+        content = self.feed(3)
+        self.finish(process, reader)
+        text, drawings = re.subn(rb"(\r[^\r\n]+\x1b\[K)+\r\x1b\[K", b"", reader.text)
+        self.assertGreaterEqual(drawings, 1)
+        expected = f"Hashes: MD5 \r\n\r\nslow\r\n  {md5(content)}\r\na\r\n  {md5(b'a')}\r\n"
+        self.assertEqual(text, expected.encode())
+
+    def test_a_short_run_shows_nothing(self):
+        process, reader = self.on_terminal("-hash=MD5", "slow")
+        self.feed(0.5)
+        self.finish(process, reader)
+        self.assertEqual(reader.text, b"")
+
+    def test_a_file_of_known_size_has_the_time_left(self):
+        with open(self.path("large"), "wb") as file:
+            file.truncate(200 << 20)
+        process, reader = self.on_terminal("-hash=WHIRLPOOL", "-hash=MD6-512", "slow", "large")
+        self.feed(2.2)
+        self.finish(process, reader)
+        lines = [line for line in DRAWN.findall(reader.text) if b"/large  " in line]
+        self.assertGreaterEqual(len(lines), 1)
+        for line in lines:
+            self.assertRegex(line, rb"/large  (MD6-512 1|WHIRLPOOL 2)/2  [\d.]+ [KM]iB of 200\.0 MiB(  |$)")
+        self.assertTrue(any(re.search(rb" of 200\.0 MiB  [\d.]+ [MG]iB/s  \d+:\d\d left$", line) for line in lines), lines)
+
+    def test_nothing_is_shown_where_it_would_do_harm(self):
+        """Without a terminal, on one that cannot take a line back, one that another program has, one too narrow."""
+        cases = {"dumb": {"environment": {"TERM": "dumb"}}, "not ours": {"control": False}, "narrow": {"columns": 20}}
+        for name in (*cases, "pipe"):
+            os.mkfifo(self.path(name))
+        runs = {name: self.on_terminal("-hash=MD5", name, **options) for name, options in cases.items()}
+        piped = subprocess.Popen(command("-hash=MD5", "pipe"), cwd=self.scratch, stdin=subprocess.DEVNULL,
+                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=os.environ | {"TERM": "xterm"})
+        feeders = [threading.Thread(target=self.feed, args=(2.5,), kwargs={"pipe": name}) for name in (*cases, "pipe")]
+        for feeder in feeders:
+            feeder.start()
+        for feeder in feeders:
+            feeder.join()
+        for name, (process, reader) in runs.items():
+            with self.subTest(name):
+                self.finish(process, reader)
+                self.assertEqual(reader.text, b"")
+        self.assertEqual(piped.communicate(timeout=60)[1], b"")
+
+
+if __name__ == "__main__":
+    unittest.main()
