@@ -4,10 +4,12 @@
 
 usage: peers.py FYRN ADAPTER-DIRECTORY [--size MIB] [--rounds N] [--json FILE] [ROW ...]
 
-The commands of a row run in turn, A B C A B C ..., so that a drift of the machine's speed meets all of them; a
-command's figure is the best of its rounds. A peer that computes the same function must print the same digest, else it
+The commands of a row run in turn, A B C A B C ..., so that a drift of the machine's speed meets all of them. A
+command's figure is its best processor time over the file less its best over an empty file: what remains is reading
+(from the page cache) and hashing, without the start of the program and the loading of its libraries, in which fyrn
+would have an advantage over the adapters. A peer that computes the same function must print the same digest, else it
 is left out and named. Peers marked "speed only" compute a related function of the same cost (a fixed polynomial, the
-untruncated digest).
+untruncated digest, another byte order).
 """
 import argparse
 import json
@@ -38,11 +40,14 @@ def rows(adapters):
     def isal(algorithm):
         return ("ISA-L", [f"{adapters}/adapter_isal", algorithm])
 
+    def skein(algorithm):
+        return ("Skein C", [f"{adapters}/adapter_skein", algorithm])
+
     def openssl(algorithm, *options):
         return ("OpenSSL", ["openssl", "dgst", "-provider", "legacy", "-provider", "default", f"-{algorithm}", *options])
 
-    def rhash(algorithm):
-        return ("RHash", ["rhash", f"--{algorithm}", "--printf", "%{" + algorithm + "}\n"])
+    def rhash(algorithm, printed_as=None):
+        return ("RHash", ["rhash", f"--{algorithm}", "--printf", "%{" + (printed_as or algorithm) + "}\n"])
 
     def coreutils(command, *options):
         return ("coreutils", [command, *options])
@@ -60,8 +65,8 @@ def rows(adapters):
             same.append(gcrypt(f"BLAKE2B_{bits}"))
         row(f"BLAKE2-{bits}", *same, *(whole if bits == 512 else ()), speed_only=() if bits == 512 else whole)
     row("CRC-16", speed_only=[isal("crc16")])
-    row("CRC-32", rhash("crc32"), gcrypt("CRC32"), cryptopp("crc32"), botan("CRC32"), isal("crc32"),
-        speed_only=[coreutils("cksum")])
+    row("CRC-32", rhash("crc32"), gcrypt("CRC32"), botan("CRC32"), isal("crc32"),
+        speed_only=[coreutils("cksum"), cryptopp("crc32")])
     row("CRC-64", speed_only=[isal("crc64")])
     for bits in (224, 256, 384, 512):
         row(f"KECCAK-{bits}", botan(f"Keccak-1600({bits})"), cryptopp(f"keccak-{bits}"),
@@ -72,7 +77,7 @@ def rows(adapters):
         row(f"MD6-{bits}")
     row("SHA1", openssl("sha1"), rhash("sha1"), gcrypt("SHA1"), botan("SHA-1"), cryptopp("sha1"), coreutils("sha1sum"))
     for bits in (256, 384, 512):
-        row(f"SHA2-{bits}", openssl(f"sha{bits}"), rhash(f"sha{bits}"), gcrypt(f"SHA{bits}"), botan(f"SHA-{bits}"),
+        row(f"SHA2-{bits}", openssl(f"sha{bits}"), rhash(f"sha{bits}", f"sha-{bits}"), gcrypt(f"SHA{bits}"), botan(f"SHA-{bits}"),
             cryptopp(f"sha{bits}"), coreutils(f"sha{bits}sum"))
     for bits in (224, 256, 384, 512):
         row(f"SHA3-{bits}", openssl(f"sha3-{bits}"), rhash(f"sha3-{bits}"), gcrypt(f"SHA3-{bits}"),
@@ -82,9 +87,9 @@ def rows(adapters):
         row(f"SHAKE-{bits}", gcrypt(f"SHAKE{bits}:{bits // 8}"), botan(f"SHAKE-{bits}({bits})"),
             openssl(f"shake{bits}", "-xoflen", str(bits // 8)), speed_only=[cryptopp(f"shake{bits}")])
     row("SHAKE-512", speed_only=[openssl("sha3-512"), gcrypt("SHA3-512"), botan("SHA-3(512)"), cryptopp("sha3-512")])
-    row("SKEIN-256")
-    row("SKEIN-512", botan("Skein-512(512)"))
-    row("SKEIN-1024")
+    row("SKEIN-256", skein("256"))
+    row("SKEIN-512", skein("512"), botan("Skein-512(512)"))
+    row("SKEIN-1024", skein("1024"))
     for bits in (128, 160, 192):
         same = [botan(f"Tiger({bits // 8},3)")]
         whole = [gcrypt("TIGER"), cryptopp("tiger"), rhash("tiger")]
@@ -109,17 +114,18 @@ def run(command):
     return after.ru_utime - before.ru_utime + after.ru_stime - before.ru_stime, result.stdout.decode(errors="replace")
 
 
-def measure(fyrn, name, peers, path, rounds):
-    """Best seconds per contestant, and the peers left out with the reason."""
+def measure(fyrn, name, peers, path, empty, rounds):
+    """Best seconds over the file less best seconds over an empty one per contestant, and the peers left out with the
+    reason."""
     contestants = {"fyrn": ([fyrn, f"-hash={name}", "-verbosity=1"], None)}
     contestants.update({peer: (command, comparison) for peer, command, comparison in peers})
-    best, digest, left_out = {}, None, {}
+    best, start, digest, left_out = {}, {}, None, {}
     for _ in range(rounds):
         for peer, (command, comparison) in contestants.items():
             if peer in left_out:
                 continue
-            outcome = run(command + [path])
-            if outcome is None:
+            outcome, idle = run(command + [path]), run(command + [empty])
+            if outcome is None or idle is None:
                 left_out[peer] = "not available"
                 continue
             seconds, output = outcome
@@ -129,7 +135,8 @@ def measure(fyrn, name, peers, path, rounds):
                 left_out[peer] = "prints another digest"
                 continue
             best[peer] = min(seconds, best.get(peer, math.inf))
-    return best, left_out
+            start[peer] = min(idle[0], start.get(peer, math.inf))
+    return {peer: best[peer] - start[peer] for peer in best}, left_out
 
 
 def report(name, best, left_out, megabytes):
@@ -174,22 +181,24 @@ def main():
     parser.add_argument("--rounds", type=int, default=5)
     parser.add_argument("--json", help="also write the figures to this file")
     parser.add_argument("rows", nargs="*")
-    options = parser.parse_args()
+    options = parser.parse_intermixed_args()
     table = rows(options.adapters)
     names = options.rows or list(table)
-    place = "/dev/shm" if os.path.isdir("/dev/shm") else None
-    scratch = tempfile.mkdtemp(prefix="fyrn-peers-", dir=place)
+    scratch = tempfile.mkdtemp(prefix="fyrn-peers-")
     try:
         path = os.path.join(scratch, "message")
         with open(path, "wb") as message:
             for _ in range(options.size):
                 message.write(os.urandom(1 << 20))
+        empty = os.path.join(scratch, "empty")
+        with open(empty, "wb"):
+            pass
         megabytes = options.size * 1048576 / 1e6
         print(f"{processor()}, {time.strftime('%Y-%m-%d')}, {options.size} MiB, best of {options.rounds}; processor time of "
-              "whole commands")
+              "whole commands, less their start")
         ratios, figures = {}, {}
         for name in names:
-            best, left_out = measure(options.fyrn, name, table[name], path, options.rounds)
+            best, left_out = measure(options.fyrn, name, table[name], path, empty, options.rounds)
             ratios[name] = report(name, best, left_out, megabytes)
             figures[name] = {peer: megabytes / seconds for peer, seconds in best.items()}
         summary(ratios)
