@@ -9,12 +9,14 @@ jobs=$(nproc 2>/dev/null || echo 2)
 # One list per purpose. An entry is PROBE=PACKAGE: a command or a file that shows that the Debian package is there.
 build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
 test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
+  objdump=binutils qemu-x86_64=qemu-user
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev)
 windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix)
 windows_test_needs=("${build_needs[@]}" "${windows_build_needs[@]}" python3=python3
   wine=wine /usr/lib/wine/wine64=wine64 /usr/src/googletest/CMakeLists.txt=googletest)
 windows_slow_test_needs=(Xvfb=xvfb xdotool=xdotool)
+speed_needs=(openssl=openssl)
 layers_needs=(python3=python3)
 format_needs=(clang-format-14=clang-format-14 git=git)
 tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 git=git)

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// The processor features that a whole run of a test program is held to, by the environment variable FYRN_TEST_CPU:
+//
+//   none     what every processor of the kind has: portable kernels only
+//   sse      SSE4.1, PCLMULQDQ and the SHA instructions
+//   avx2     those, BMI and AVX2
+//   all      whatever there is; also when the variable is not set
+//
+// Only test programs read the variable.
+#pragma once
+
+#include "crypto/kernels/CpuFeatures.h"
+
+#include <string_view>
+
+namespace helpers {
+
+inline constexpr const char* cpuLevelVariable = "FYRN_TEST_CPU";
+
+// The features of a level. Throws std::invalid_argument for a name that is none.
+kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level);
+
+// The level of this run.
+std::string_view CpuLevel();
+
+} // namespace helpers

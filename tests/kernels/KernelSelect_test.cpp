@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// Which kernels are chosen, on this processor and in a run that is held to a lesser one (CpuLevel.h).
+#include "crypto/kernels/KernelSelect.h"
+
+#include "tests/helpers/CpuLevel.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+namespace {
+
+using kernels::AvailableCpuFeatures;
+using kernels::Kernels;
+
+// Calls check(algorithm, candidates, chosen kernel) for every algorithm.
+template <class Check>
+void ForEachAlgorithm(Check check) {
+    check("Blake2b", kernels::Blake2bCandidates(), Kernels().blake2b);
+    check("Crc", kernels::CrcCandidates(), Kernels().crc);
+    check("Keccak", kernels::KeccakCandidates(), Kernels().keccak);
+    check("Md4", kernels::Md4Candidates(), Kernels().md4);
+    check("Md5", kernels::Md5Candidates(), Kernels().md5);
+    check("Md6", kernels::Md6Candidates(), Kernels().md6);
+    check("Sha1", kernels::Sha1Candidates(), Kernels().sha1);
+    check("Sha256", kernels::Sha256Candidates(), Kernels().sha256);
+    check("Sha512", kernels::Sha512Candidates(), Kernels().sha512);
+    check("Skein256", kernels::Skein256Candidates(), Kernels().skein256);
+    check("Skein512", kernels::Skein512Candidates(), Kernels().skein512);
+    check("Skein1024", kernels::Skein1024Candidates(), Kernels().skein1024);
+    check("Tiger", kernels::TigerCandidates(), Kernels().tiger);
+    check("Whirlpool", kernels::WhirlpoolCandidates(), Kernels().whirlpool);
+}
+
+bool CanRun(kernels::CpuFeatures needs) {
+    return (needs & ~AvailableCpuFeatures()) == 0;
+}
+
+TEST(KernelSelect, NoFeatureIsUsedThatTheRunIsNotAllowed) {
+    EXPECT_EQ(AvailableCpuFeatures() & ~helpers::CpuFeaturesOfLevel(helpers::CpuLevel()), kernels::cpu::none);
+}
+
+TEST(KernelSelect, ChoosesTheFirstCandidateThatCanRun) {
+    ForEachAlgorithm([](const char* algorithm, auto candidates, auto* chosen) {
+        for (const auto& candidate : candidates) {
+            const bool isChosen = candidate.function == chosen;
+            EXPECT_EQ(isChosen, CanRun(candidate.needs)) << algorithm << " " << candidate.name;
+            std::cout << algorithm << " " << candidate.name << (isChosen ? ": chosen\n" : ": skipped\n");
+            if (isChosen)
+                break;
+        }
+    });
+}
+
+TEST(KernelSelect, WithoutAnyFeatureThePortableKernelsAreChosen) {
+    if (AvailableCpuFeatures() != kernels::cpu::none)
+        GTEST_SKIP() << "this run has features to use";
+    ForEachAlgorithm([](const char* algorithm, auto candidates, auto* chosen) {
+        EXPECT_EQ(candidates.back().function, chosen) << algorithm;
+    });
+}
+
+} // namespace
