@@ -15,7 +15,7 @@ import time
 import unittest
 
 from expected import md5
-from launcher import ScratchCase, command, posix_only
+from launcher import WINDOWS, ScratchCase, command, posix_only
 
 PIECE = b"x" * (1 << 20)
 WIPE = b"\r\x1b[K"
@@ -145,6 +145,33 @@ class Progress(ScratchCase):
                 self.finish(process, reader)
                 self.assertEqual(reader.text, b"")
         self.assertEqual(piped.communicate(timeout=60)[1], b"")
+
+
+@unittest.skipUnless(WINDOWS, "needs the Windows program")
+class WindowsProgress(ScratchCase):
+    """In Wine's console, which draws on the pseudo-terminal what it shows."""
+
+    def test_a_long_run_is_shown_and_wiped(self):
+        with open(self.path("large"), "wb") as file:
+            file.truncate(400 << 20)
+        master, slave = pty.openpty()
+        self.addCleanup(os.close, master)
+        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, 100, 0, 0))
+
+        def take_terminal():
+            os.setsid()
+            fcntl.ioctl(2, termios.TIOCSCTTY, 0)
+
+        process = subprocess.Popen(command("-hash=WHIRLPOOL", "-hash=MD6-512", "large"), cwd=self.scratch, stdin=slave,
+                                   stdout=slave, stderr=slave, env=os.environ | {"TERM": "xterm"},
+                                   preexec_fn=take_terminal)
+        os.close(slave)
+        reader = Reader(master)
+        self.assertEqual(process.wait(timeout=300), 0)
+        reader.join(10)
+        shown = re.sub(rb"\x1b\[[?\d;]*[A-Za-z]", b"", reader.text).replace(b"\r\r\n", b"\n")
+        self.assertRegex(shown, rb"\r[^\r\n]*large  (MD6-512 1|WHIRLPOOL 2)/2  [\d.]+ [KM]iB of 400\.0 MiB")
+        self.assertRegex(shown, rb"(left|/s)[\r ]*[\s0-9a-f]{128,}$")  # the last digest, and nothing else
 
 
 if __name__ == "__main__":
