@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// The permutation of Keccak_Permute.h for every processor.
 #include "crypto/kernels/Keccak.h"
 #include "crypto/kernels/Keccak_Permute.h"
 
