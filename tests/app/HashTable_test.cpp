@@ -2,6 +2,7 @@
 #include "app/HashTable.h"
 
 #include <gtest/gtest.h>
+#include <iterator>
 
 #include <string>
 
@@ -31,6 +32,7 @@ constexpr ExpectedRow expectedRows[] = {
     {L"TIGER2-128", false, 32, 't'},  {L"TIGER2-160", false, 40, 't'}, {L"TIGER2-192", false, 48, 't'},
     {L"WHIRLPOOL", false, 128, 'w'},
 };
+static_assert(std::size(expectedRows) == hashRowCount);
 static_assert(std::size(expectedRows) == 43);
 
 CCrypto_Salt* ExpectedEngine(RunContext& context, char letter) {
