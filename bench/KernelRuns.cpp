@@ -78,7 +78,7 @@ std::vector<KernelRun> KernelRuns() {
         static const kernels::CrcTables tables = MakeCrcTables();
         kernel(tables, 0, bytes, count);
     });
-    for (const std::size_t rate : {72, 104, 136, 144, 168})
+    for (const unsigned int rate : {72u, 104u, 136u, 144u, 168u})
         AddKeccak(runs, rate);
     AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", kernels::Md4Candidates());
     AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", kernels::Md5Candidates());
