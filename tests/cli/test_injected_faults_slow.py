@@ -62,7 +62,8 @@ class TenThousandFaults(InjectedCase):
         self.addCleanup(shutil.rmtree, other, ignore_errors=True)
 
         def check():
-            call = self.generator.choice(("renameat2", "renameat2,link", "renameat2,rename", "unlink", "write", "fsync", "fchown", "stat", "open"))
+            call = self.generator.choice(("renameat2", "renameat2,link", "renameat2,rename", "unlink", "write", "fsync",
+                                          "fchown", "stat", "open"))
             error = self.generator.choice((errno.EINVAL, errno.ENOSYS, errno.EXDEV, errno.EPERM, errno.ENOSPC,
                                            errno.EROFS, errno.EIO, errno.EEXIST, errno.EDQUOT))
             if call in ("stat", "open"):

@@ -21,7 +21,8 @@ TEMPORARY = re.compile(r"\.fyrn-\d+-\d\.tmp")
 
 def content(number):
     """Some contents appear twice, and some are larger than one write."""
-    return b"%d " % (number // 3 * 2 if number % 3 == 1 else number) * (1 + number % 7 * (3000 if number % 50 == 0 else 1))
+    length = 1 + number % 7 * (3000 if number % 50 == 0 else 1)
+    return b"%d " % (number // 3 * 2 if number % 3 == 1 else number) * length
 
 
 class UnderFireCase(launcher.ScratchCase):
