@@ -21,6 +21,25 @@ int DescriptorOf(const InputFile& file) {
     return _fileno(StreamOf(file));
 }
 
+HANDLE HandleOf(const InputFile& file) {
+    return reinterpret_cast<HANDLE>(_get_osfhandle(DescriptorOf(file)));
+}
+
+// What the system opens has nothing against it: the runtime had no stream left, or no memory for one. The file is
+// still there when its turn to be renamed by a stale digest comes; the open handle keeps it from being moved or
+// removed.
+void HoldIfOnlyTheRuntimeFailed(const wchar_t* path) {
+    CreateFileW(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
+// The digest of a file with a read error is that of a part. A second handle keeps the file where it is when the
+// first one is closed.
+void HoldOpen(const InputFile& file) {
+    HANDLE second;
+    DuplicateHandle(GetCurrentProcess(), HandleOf(file), GetCurrentProcess(), &second, 0, FALSE,
+                    DUPLICATE_SAME_ACCESS);
+}
+
 std::FILE* Open(const wchar_t* path, const wchar_t* mode) {
     std::FILE* stream = nullptr;
     return _wfopen_s(&stream, path, mode) == 0 ? stream : nullptr;
@@ -32,6 +51,8 @@ InputFile OpenForReading(const wchar_t* path) {
     InputFile file;
     if (std::FILE* const stream = Open(path, L"rb"))
         file.native = reinterpret_cast<std::intptr_t>(stream);
+    else
+        HoldIfOnlyTheRuntimeFailed(path);
     return file;
 }
 
@@ -41,6 +62,8 @@ std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capaci
         const std::size_t wanted = std::min<std::size_t>(capacity - total, INT_MAX);
         const int count = _read(DescriptorOf(file), buffer + total, static_cast<unsigned>(wanted));
         file.ended = count <= 0;
+        if (count < 0)
+            HoldOpen(file);
         if (count > 0)
             total += static_cast<std::size_t>(count);
     }
@@ -56,7 +79,7 @@ std::int64_t SizeOf(InputFile& file) {
 }
 
 bool IsRegular(const InputFile& file) {
-    return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(DescriptorOf(file)))) == FILE_TYPE_DISK;
+    return GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
 }
 
 void Close(InputFile& file) {

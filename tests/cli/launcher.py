@@ -3,7 +3,9 @@
 
 FYRN_PROGRAM names the program. FYRN_LAUNCHER, when set, is put before it (an emulator, for instance).
 """
+import ntpath
 import os
+import posixpath
 import shlex
 import shutil
 import subprocess
@@ -21,8 +23,22 @@ WINDOWS = PROGRAM.endswith(".exe")
 # Whether the program carries sanitizers or counters, which cost time and memory.
 INSTRUMENTED = bool(os.environ.get("FYRN_INSTRUMENTED"))
 
+# What the program takes for a path: a module like os.path.
+paths = ntpath if WINDOWS else posixpath
+
 posix_only = unittest.skipIf(WINDOWS, "needs a POSIX system")
+windows_only = unittest.skipUnless(WINDOWS, "needs Windows")
 root_only = unittest.skipUnless(not WINDOWS and os.geteuid() == 0, "needs to be root")
+
+
+def wine_differs(what):
+    """Leaves a test of the Windows program out where it runs on Wine. The reason is listed after the tests."""
+    return unittest.skipIf(WINDOWS and "wine" in LAUNCHER, "Wine differs: " + what)
+
+
+def shown(path):
+    """An absolute path of this machine as the program prints it: Wine shows the root directory as drive Z."""
+    return "Z:" + path.replace("/", "\\") if WINDOWS else path
 
 
 class Result:

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-"""File names come out byte for byte as they are, in every locale and to every kind of output."""
+"""File names come out byte for byte as they are, in every locale and to every kind of output; on Windows the first
+256 characters as one byte each, and "?" for any other."""
 import os
 import pty
 import subprocess
@@ -112,6 +113,51 @@ class ExactNames(launcher.ScratchCase):
         os.symlink(os.path.abspath(launcher.PROGRAM), link)
         done = subprocess.run([link], stdout=subprocess.PIPE, check=True)
         self.assertIn(b"\nUsage: " + link + b" <-hash>", done.stdout)
+
+
+@launcher.windows_only
+class WindowsNames(launcher.ScratchCase):
+    NAMES = {
+        "na\u00efve.txt": b"na\xefve.txt",
+        "\u0100.\u20ac": b"?.?",
+        "\u65e5\u672c\u8a9e": b"???",
+        "a\U0001f600b.x": b"a??b.x",
+    }
+
+    def setUp(self):
+        super().setUp()
+        for name in self.NAMES:
+            self.write("d/" + name, name.encode())
+
+    def lines(self, *names):
+        return [line for name in names for line in (self.NAMES[name], b"  " + md5(name.encode()).encode())]
+
+    def test_as_arguments(self):
+        result = self.fyrn("-hash=MD5", *self.NAMES, directory=self.path("d"))
+        self.assertEqual(result.lines[2:], self.lines(*self.NAMES))
+
+    def test_in_a_walk(self):
+        result = self.fyrn("-hash=MD5", "d")
+        self.assertEqual(result.lines[2:], self.lines(*sorted(self.NAMES)))
+
+    def test_every_line_ends_in_carriage_return_and_line_feed(self):
+        output = self.fyrn("-hash=MD5", "d").output
+        lines = [b"Hashes: MD5 ", b"", *self.lines(*sorted(self.NAMES))]
+        self.assertEqual(output, b"".join(line + b"\r\n" for line in lines))
+
+    def test_the_same_bytes_to_a_file(self):
+        with open(self.path("output"), "wb") as file:
+            self.fyrn("-hash=MD5", "d", stdout=file)
+        self.assertEqual(self.read("output"), self.fyrn("-hash=MD5", "d").output)
+
+    def test_with_the_full_path(self):
+        os.rename(self.path("d"), self.path("\u20ac"))
+        result = self.fyrn("-hash=MD5", "-verbosity=3", self.path("\u20ac", "na\u00efve.txt"))
+        self.assertEqual(result.lines[2], os.fsencode(self.scratch) + b"/?/na\xefve.txt")
+
+    def test_renamed_files_keep_their_extension(self):
+        self.fyrn("-hash=MD5", "-rename", "d")
+        self.assertEqual(self.names("d"), sorted(md5(name.encode()) + os.path.splitext(name)[1] for name in self.NAMES))
 
 
 if __name__ == "__main__":

@@ -2,6 +2,8 @@
 """Renaming by digest: names, collisions, and that nothing is ever lost."""
 import os
 import random
+import shutil
+import tempfile
 import unittest
 
 import launcher
@@ -59,7 +61,6 @@ class NewNames(RenamingCase):
         self.assertEqual(self.names("elsewhere"), [])
         self.assertEqual(self.contents(), {md5(b"abc") + ".txt": b"abc"})
 
-    @launcher.posix_only
     def test_a_file_named_with_its_full_path_moves_to_the_start_directory(self):
         self.write("elsewhere/a.txt", b"abc")
         os.mkdir(self.path("start"))
@@ -232,6 +233,46 @@ class Links(RenamingCase):
         self.assertEqual(sorted(os.listdir("/dev")), before)
 
 
+@launcher.windows_only
+class WindowsFiles(RenamingCase):
+    def test_a_file_moves_from_another_drive(self):
+        self.write("elsewhere/a.txt", b"abc")
+        self.write("elsewhere/b.txt", b"other")
+        start = tempfile.mkdtemp(dir=os.path.join(os.environ["WINEPREFIX"], "drive_c"))
+        self.addCleanup(shutil.rmtree, start)
+        names = [launcher.shown(self.path("elsewhere", name)) for name in ("a.txt", "b.txt")]
+        self.fyrn("-hash=MD5", "-rename", *names, directory=start)
+        moved = {md5(b"abc") + ".txt": b"abc", md5(b"other") + ".txt": b"other"}
+        self.assertEqual(self.contents("elsewhere"), {})
+        self.assertEqual(self.contents(start), moved)
+        for option, kept in (("-renamedel", {}), ("-rename", {md5(b"abc") + "_00.txt": b"abc"})):
+            self.write("elsewhere/a.txt", b"abc")
+            self.fyrn("-hash=MD5", option, names[0], directory=start)
+            self.assertEqual(self.contents("elsewhere"), {})
+            self.assertEqual(self.contents(start), moved | kept)
+
+    def test_a_file_that_bears_its_name_in_full_is_never_deleted(self):
+        name = md5(b"abc") + ".x"
+        self.write(name, b"abc")
+        for target in (launcher.shown(self.path(name)), ".\\" + name, name.upper()):
+            for option in ("-rename", "-renamedel"):
+                self.fyrn("-hash=MD5", option, target)
+                self.assertEqual(self.contents(), {name: b"abc"}, target)
+
+    def test_a_file_that_may_not_be_written_is_renamed_but_not_deleted(self):
+        self.write("d/a", b"abc")
+        os.chmod(self.write("d/b", b"abc"), 0o444)
+        os.chmod(self.write("d/c", b"other"), 0o444)
+        self.fyrn("-hash=MD5", "-renamedel", "d")
+        self.assertEqual(self.contents("d"), {md5(b"abc"): b"abc", "b": b"abc", md5(b"other"): b"other"})
+
+    @launcher.wine_differs("a name is not changed where only its case differs")
+    def test_a_name_in_upper_case_becomes_lower_case(self):
+        self.write("d/" + md5(b"abc").upper(), b"abc")
+        self.fyrn("-hash=MD5", "-rename", "d")
+        self.assertEqual(self.contents("d"), {md5(b"abc"): b"abc"})
+
+
 @launcher.posix_only
 class ClosedStandardStreams(RenamingCase):
     """The next file opened would take the number of a closed stream, and the report would go into it."""
@@ -250,15 +291,17 @@ class ClosedStandardStreams(RenamingCase):
 
 class ManyFiles(RenamingCase):
     SEED = 20260131
+    COUNT = 1000 if launcher.WINDOWS else 10_000  # Wine reads the whole directory to look for one name
 
     def test_no_content_is_lost_and_second_runs_change_nothing(self):
         print(f"seed {self.SEED}")
         generator = random.Random(self.SEED)
-        distinct = [generator.randbytes(generator.randrange(64)) + b"%d" % number for number in range(6667)]
-        duplicates = [generator.choice(distinct[:50]) for _ in range(1000)] + distinct[1000:3333]
+        count = self.COUNT
+        distinct = [generator.randbytes(generator.randrange(64)) + b"%d" % n for n in range(count * 2 // 3 + 1)]
+        duplicates = [generator.choice(distinct[:50]) for _ in range(count // 10)] + distinct[count // 10:count // 3]
         contents = distinct + duplicates
         generator.shuffle(contents)
-        self.assertEqual(len(contents), 10000)
+        self.assertEqual(len(contents), count)
         extensions = (".a", ".b", "")
         for number, content in enumerate(contents):
             self.write(f"d/{number}{extensions[len(content) % 3]}", content)
