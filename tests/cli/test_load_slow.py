@@ -8,6 +8,7 @@ import resource
 import shutil
 import subprocess
 import tempfile
+import time
 import unittest
 import zlib
 
@@ -43,6 +44,22 @@ class Load(unittest.TestCase):
         for number in range(count):
             os.link(sources[number % len(sources)], f"{directory}/{number:06}")
 
+    def watch(self, process):
+        """Waits for the end and returns the most memory the program had. What the system reports afterwards would
+        count the copy of this test that the program was started from."""
+        peak = 0
+        while True:
+            with open(f"/proc/{process.pid}/status", encoding="ascii") as status:
+                match = re.search(r"VmHWM:\s*(\d+) kB", status.read())
+            if match is None:  # it has ended
+                break
+            peak = int(match[1]) * 1024
+            time.sleep(0.01)
+        _, status, usage = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+        self.seconds = usage.ru_utime + usage.ru_stime
+        return peak
+
     def run_limited(self, *arguments, snapshot=0):
         """Runs the program with few descriptors and checks its memory; returns the lines of its report."""
         def limit():
@@ -50,11 +67,9 @@ class Load(unittest.TestCase):
         with open(self.report, "wb") as report:
             process = subprocess.Popen(launcher.command(*arguments), cwd=self.directory, stdin=subprocess.DEVNULL,
                                        stdout=report, preexec_fn=limit)
-            _, status, usage = os.wait4(process.pid, 0)
-            process.returncode = os.waitstatus_to_exitcode(status)
-        peak = usage.ru_maxrss * 1024
-        print(f"{self.id().rpartition('.')[2]}: {usage.ru_utime + usage.ru_stime:.1f} s of processor time, "
-              f"peak {peak / MIB:.1f} MiB of which names {snapshot / MIB:.1f}")
+            peak = self.watch(process)
+        print(f"{self.id().rpartition('.')[2]}: {self.seconds:.1f} s of processor time, peak {peak / MIB:.1f} MiB, "
+              f"{snapshot / MIB:.1f} of it allowed to names")
         self.assertEqual(process.returncode, 0)
         self.assertLess(peak, MEMORY + snapshot)
         with open(self.report, encoding="ascii") as report:
