@@ -35,7 +35,7 @@ class SameLines(launcher.ScratchCase):
         return launcher.Result(0, done.stdout, b"").lines
 
     def test_of_500_files_by_all_functions(self):
-        lines = self.fyrn("-hash=ALL", "-subdirs", "tree", timeout=500).lines
+        lines = self.fyrn("-hash=ALL", "-subdirs", "tree", timeout=1500).lines
         self.assertEqual(len(lines), 2 + (FILES + 1) * (1 + len(ROWS)))
         self.assertEqual(lines, self.native("-hash=ALL", "-subdirs", "tree"))
 
