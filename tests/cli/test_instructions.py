@@ -7,7 +7,7 @@ import shutil
 import subprocess
 import unittest
 
-from launcher import PROGRAM
+from launcher import INSTRUMENTED, PROGRAM
 
 KERNEL = re.compile(r"kernels::\w+_X86\w+\(")
 
@@ -39,6 +39,7 @@ def newer_instructions():
     return found
 
 
+@unittest.skipIf(INSTRUMENTED, "for the program as it is used; the listing of another takes minutes")
 @unittest.skipUnless(platform.machine() in ("x86_64", "AMD64"), "for 64-bit x86 processors")
 @unittest.skipUnless(shutil.which("objdump"), "needs objdump")
 class Instructions(unittest.TestCase):
