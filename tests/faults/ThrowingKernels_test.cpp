@@ -2,6 +2,8 @@
 // Catch sites that no file and no salt can reach: here every kernel throws, since this program brings its own
 // choice of kernels.
 #include "crypto/CCrypto_Blake2.h"
+#include "crypto/CCrypto_Md4.h"
+#include "crypto/CCrypto_Md5.h"
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Whirlpool.h"
 #include "crypto/kernels/KernelSelect.h"
@@ -10,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
 
 namespace kernels {
 
@@ -21,6 +24,11 @@ const KernelSet& Kernels() {
         set.blake2b = [](Blake2bState&, const std::uint8_t*, std::size_t, std::uint64_t) {
             throw std::runtime_error("BLAKE2b");
         };
+        const auto md4Md5 = [](std::uint32_t*, const std::uint8_t*, std::size_t) {
+            throw std::runtime_error("MD4 or MD5");
+        };
+        set.md4 = md4Md5;
+        set.md5 = md4Md5;
         set.skein256 = skein;
         set.skein512 = skein;
         set.skein1024 = skein;
@@ -59,6 +67,24 @@ TEST(ThrowingKernels, Blake2ReportsAndGoesOn) {
                  "void __cdecl CCrypto_Blake2::Blake2_Update(const unsigned char *,unsigned __int64)");
     EXPECT_FALSE(engine.Blake2_Final(digest, 64));
     ExpectReport(source, 176, "bool __cdecl CCrypto_Blake2::Blake2_Final(unsigned char *,unsigned char)");
+}
+
+template <class Engine>
+void ExpectBlockReports(const std::string& name) {
+    const std::string source = "crypto/" + name + ".cpp";
+    const std::string member = "void __cdecl " + name + "::";
+    Engine engine(nullptr);
+    engine.DoBlock(bytes, sizeof bytes);
+    ExpectReport(source.c_str(), 0, (member + "DoBlock(const unsigned char *,unsigned int)").c_str());
+    engine.Transform(bytes);
+    ExpectReport(source.c_str(), 0, (member + "Transform(const unsigned char *)").c_str());
+    engine.Finalize();
+    ExpectReport(source.c_str(), 0, (member + "Finalize(void)").c_str());
+}
+
+TEST(ThrowingKernels, Md4AndMd5ReportAndGoOn) {
+    ExpectBlockReports<CCrypto_Md4>("CCrypto_Md4");
+    ExpectBlockReports<CCrypto_Md5>("CCrypto_Md5");
 }
 
 // Sets up a context, then lets both of its operations meet the kernel.
