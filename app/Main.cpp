@@ -22,7 +22,7 @@ void Run(int argc, wchar_t* argv[]) {
     }
     PrintHeader(context);
     LoadSalt(context, salt);
-    StartProgress();
+    StartProgress(context);
     bool inStartDirectory = true;
     for (int i = 1; i < argc && inStartDirectory; ++i)
         if (argv[i][0] != L'\0')

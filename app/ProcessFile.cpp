@@ -32,7 +32,7 @@ void ProcessFile(RunContext& context, const wchar_t* path) {
     for (std::size_t row = 0; row < hashRowCount; ++row) {
         if (!IsSelected(context, row))
             continue;
-        NoteRow(context, row);
+        NoteRow(row);
         PrintDigestLine(context, hashTable[row], path);
     }
     if (context.rename)

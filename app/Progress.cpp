@@ -55,9 +55,10 @@ constexpr ReadObserver observer = {Begin, Read};
 
 } // namespace
 
-void StartProgress() {
+void StartProgress(const RunContext& context) {
     if (platform::StatusColumns() == 0)
         return;
+    state.functionCount = CountSelectedHashes(context);
     next = Clock::now() + silence;
     readObserver = &observer;
 }
@@ -67,9 +68,8 @@ void NoteFile(const wchar_t* path) {
     state.number = 0;
 }
 
-void NoteRow(const RunContext& context, std::size_t row) {
+void NoteRow(std::size_t row) {
     state.function = hashTable[row].name;
-    state.functionCount = CountSelectedHashes(context);
     ++state.number;
 }
 

@@ -7,11 +7,11 @@
 #include <cstddef>
 
 // Begins to watch, where a user can see it.
-void StartProgress();
+void StartProgress(const RunContext& context);
 
 // What is read from now on. The path stays valid until the next call.
 void NoteFile(const wchar_t* path);
-void NoteRow(const RunContext& context, std::size_t row);
+void NoteRow(std::size_t row);
 
 // Takes the line away at the end of the run.
 void EndProgress();
