@@ -3,19 +3,11 @@
 // Input: row, placement, length of the salt, salt, file.
 #include "app/HashTable.h"
 #include "fuzz/FuzzInput.h"
+#include "tests/helpers/RowName.h"
 #include "tests/helpers/RowReference.h"
 #include "tests/helpers/ScratchFiles.h"
 
-#include <cwchar>
 #include <memory>
-
-namespace {
-
-std::string Narrow(const wchar_t* name) {
-    return {name, name + std::wcslen(name)};
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size > 20'000)
@@ -28,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto saltBytes = input.TakeBytes(input.Take<std::uint16_t>() % 2048u);
     const helpers::Bytes salt(saltBytes.begin(), saltBytes.end());
     const auto message = input.TakeRest();
-    const std::string name = Narrow(row.name);
+    const std::string name = helpers::RowName(row);
 
     // The KECCAK rows run on the engine of the SHA rows, whose salt they share.
     CCrypto_Salt* const engine = row.saltedEngine != nullptr   ? &row.saltedEngine(*context)

@@ -1,24 +1,21 @@
 // SPDX-License-Identifier: MIT
 // What must hold between the digests of related files, whatever the digests are, for every row of the hash table.
 #include "app/HashTable.h"
+#include "tests/helpers/RowName.h"
 #include "tests/helpers/RowReference.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
 #include <memory>
 #include <set>
 
 namespace {
 
 using helpers::Bytes;
+using helpers::RowName;
 
 constexpr std::uint64_t seed = 4343;
-
-std::string NameOf(const HashRow& row) {
-    return {row.name, row.name + std::wcslen(row.name)};
-}
 
 class EveryRow : public testing::Test {
   protected:
@@ -35,8 +32,8 @@ TEST_F(EveryRow, AgreesWithTheReferences) {
     for (const std::size_t length : {0u, 1u, 31u, 64u, 111u, 137u, 200u, 600u}) {
         const Bytes message = helpers::PseudoRandomBytes(length, seed);
         for (const HashRow& row : hashTable)
-            EXPECT_EQ(Digest(row, message), helpers::RowReference(NameOf(row), message))
-                << NameOf(row) << ", " << length << " bytes, seed " << seed;
+            EXPECT_EQ(Digest(row, message), helpers::RowReference(RowName(row), message))
+                << RowName(row) << ", " << length << " bytes, seed " << seed;
     }
 }
 
@@ -46,7 +43,7 @@ TEST_F(EveryRow, FlippingAnySingleBitChangesTheDigest) {
         const std::string whole = Digest(row, message);
         for (std::size_t bit = 0; bit < 8 * message.size(); ++bit) {
             message[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
-            EXPECT_NE(Digest(row, message), whole) << NameOf(row) << ", bit " << bit << ", seed " << seed;
+            EXPECT_NE(Digest(row, message), whole) << RowName(row) << ", bit " << bit << ", seed " << seed;
             message[bit / 8] ^= static_cast<std::uint8_t>(1 << bit % 8);
         }
     }
@@ -60,7 +57,7 @@ TEST_F(EveryRow, AppendingAByteChangesTheDigest) {
         while (message.size() < 290) {
             message.push_back(0);
             std::string now = Digest(row, message);
-            EXPECT_NE(now, before) << NameOf(row) << ", " << message.size() << " bytes";
+            EXPECT_NE(now, before) << RowName(row) << ", " << message.size() << " bytes";
             before = std::move(now);
         }
     }
@@ -76,7 +73,7 @@ TEST_F(EveryRow, EveryValueOfAnAppendedByteGivesAnotherDigest) {
             digests.insert(Digest(row, message));
         }
         message.pop_back();
-        EXPECT_EQ(digests.size(), 257u) << NameOf(row) << ", seed " << seed;
+        EXPECT_EQ(digests.size(), 257u) << RowName(row) << ", seed " << seed;
     }
 }
 
@@ -86,9 +83,9 @@ TEST_F(EveryRow, DependsOnNothingButTheContent) {
     for (const HashRow& row : hashTable) {
         const std::string first = Digest(row, message);
         Digest(row, helpers::PseudoRandomBytes(501, seed + 1));
-        EXPECT_EQ(Digest(row, message), first) << NameOf(row);
+        EXPECT_EQ(Digest(row, message), first) << RowName(row);
         ASSERT_TRUE(row.hash(*context_, other.c_str()));
-        EXPECT_EQ(context_->hashText, first) << NameOf(row);
+        EXPECT_EQ(context_->hashText, first) << RowName(row);
     }
 }
 
@@ -98,7 +95,7 @@ TEST_F(EveryRow, WithAPlainSaltIsTheSameForEverySplit) {
     const Bytes message = helpers::PseudoRandomBytes(260, seed);
     std::size_t rows = 0;
     for (const HashRow& row : hashTable) {
-        const std::string name = NameOf(row);
+        const std::string name = RowName(row);
         if (row.saltedEngine == nullptr || name.starts_with("SHA3") || name.starts_with("MD6") ||
             name.starts_with("TIGER"))
             continue;
@@ -121,7 +118,7 @@ TEST_F(EveryRow, WithAPlainSaltIsTheSameForEverySplit) {
 TEST_F(EveryRow, AShorterRowOfAFamilyIsNotTheStartOfALonger) {
     const Bytes message = helpers::PseudoRandomBytes(100, seed);
     for (std::size_t i = 1; i < hashRowCount; ++i) {
-        const std::string name = NameOf(hashTable[i]);
+        const std::string name = RowName(hashTable[i]);
         if (name.starts_with("TIGER") || name.starts_with("CRC"))
             continue; // Tiger's are just that, and CRCs have nothing in common
         const std::string shorter = Digest(hashTable[i - 1], message);

@@ -2,6 +2,7 @@
 // The salt of MD6 is fed like any salt, and its first 64 bytes are the key.
 #include "tests/crypto/Md6Support.h"
 #include "tests/helpers/KnownAnswers.h"
+#include "tests/helpers/VectorLines.h"
 
 namespace {
 
@@ -80,7 +81,7 @@ TEST_F(Md6Salt, KeyedDigestsAreThoseOfAnotherImplementation) {
     engine_.SetSalt_FromFile(files_.Write("salt", helpers::BytesOf("abcde12345")).c_str(),
                              EnumSaltType::None);
     for (const auto& [function, message, digest] :
-         helpers::ReadKnownAnswers(FYRN_SOURCE_DIR "/tests/data/md6_keyed.txt")) {
+         helpers::KnownAnswers(helpers::VectorLines("md6_keyed.txt"))) {
         const auto d = static_cast<unsigned short>(std::stoi(function.substr(4)));
         EXPECT_EQ(Text(engine_, Message(message), d), digest) << function << ", " << message.size();
     }

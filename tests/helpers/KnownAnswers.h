@@ -15,9 +15,8 @@ struct KnownAnswer {
     std::string digest; // lower-case hex
 };
 
-// Reads lines of three fields: function, message, digest in hex. A message is hex digits or text between quotes;
-// behind it, an asterisk and a count repeat it. Lines that begin with # and empty lines are passed over. Throws
-// std::runtime_error when the file cannot be read, holds no line or one that is not of this form.
-std::vector<KnownAnswer> ReadKnownAnswers(const std::string& path);
+// From lines of three fields: function, message, digest in hex. A message is hex digits or text between quotes; behind
+// it, an asterisk and a count repeat it. Throws std::runtime_error when there is no line or one not of this form.
+std::vector<KnownAnswer> KnownAnswers(const std::vector<std::string>& lines);
 
 } // namespace helpers

@@ -4,6 +4,7 @@
 
 #include "app/HashTable.h"
 #include "tests/helpers/Bytes.h"
+#include "tests/helpers/RowName.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <string>
@@ -16,7 +17,7 @@ class RowTexts {
     // What the row of this name prints for a file; "failed" when its function failed or no row bears the name.
     std::string OfFile(std::string_view name, const std::wstring& path) {
         for (const HashRow& row : hashTable)
-            if (std::wstring(name.begin(), name.end()) == row.name)
+            if (name == helpers::RowName(row))
                 return row.hash(context_, path.c_str()) ? context_.hashText : "failed";
         return "failed";
     }
