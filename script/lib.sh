@@ -11,7 +11,7 @@ build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
 test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
   objdump=binutils qemu-x86_64=qemu-user
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
-  /usr/include/gcrypt.h=libgcrypt20-dev)
+  /usr/include/gcrypt.h=libgcrypt20-dev /usr/include/simde/x86/avx512.h=libsimde-dev)
 windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix)
 windows_test_needs=("${build_needs[@]}" "${windows_build_needs[@]}" python3=python3
   wine=wine /usr/lib/wine/wine64=wine64 /usr/src/googletest/CMakeLists.txt=googletest)

@@ -22,11 +22,11 @@ bool HasShaInstructions() {
 CpuFeatures DetectCpuFeatures() {
     __builtin_cpu_init();
     const bool sse41 = __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1");
+    const bool bmi = __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
+    const bool avx2 = __builtin_cpu_supports("avx") && __builtin_cpu_supports("avx2");
     return When(sse41, cpu::ssse3) | When(__builtin_cpu_supports("pclmul") && sse41, cpu::pclmul) |
-           When(sse41 && HasShaInstructions(), cpu::sha) |
-           When(__builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2"), cpu::bmi) |
-           When(__builtin_cpu_supports("avx") && __builtin_cpu_supports("avx2"), cpu::avx2) |
-           When(__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+           When(sse41 && HasShaInstructions(), cpu::sha) | When(bmi, cpu::bmi) | When(avx2, cpu::avx2) |
+           When(bmi && avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                     __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl"),
                 cpu::avx512) |
            When(__builtin_cpu_supports("avx512vbmi"), cpu::avx512vbmi) |

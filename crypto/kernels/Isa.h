@@ -6,13 +6,18 @@
 #if defined(__x86_64__)
 // A kernel for 64-bit x86. Elsewhere it is null, and its features are never found.
 #    define X86(kernel) kernel
-#    define ISA_PCLMUL __attribute__((target("sse4.1,pclmul")))
-#    define ISA_SHA __attribute__((target("sse4.1,sha")))
-#    define ISA_BMI __attribute__((target("bmi,bmi2")))
-#    define ISA_AVX2 __attribute__((target("avx2")))
-#    define ISA_AVX2_BMI __attribute__((target("avx2,bmi,bmi2")))
-#    define ISA_VPCLMUL __attribute__((target("avx2,pclmul,vpclmulqdq")))
-#    define ISA_AVX512 __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl")))
+#    if defined(FYRN_EMULATED_INSTRUCTIONS) // tests that work out in plain C what newer instructions do
+#        define ISA(features)
+#    else
+#        define ISA(features) __attribute__((target(features)))
+#    endif
+#    define ISA_PCLMUL ISA("sse4.1,pclmul")
+#    define ISA_SHA ISA("sse4.1,sha")
+#    define ISA_BMI ISA("bmi,bmi2")
+#    define ISA_AVX2 ISA("avx2")
+#    define ISA_AVX2_BMI ISA("avx2,bmi,bmi2")
+#    define ISA_VPCLMUL ISA("avx2,pclmul,vpclmulqdq")
+#    define ISA_AVX512 ISA("avx512f,avx512bw,avx512dq,avx512vl")
 #else
 #    define X86(kernel) nullptr
 #endif

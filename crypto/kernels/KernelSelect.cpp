@@ -31,6 +31,7 @@ constexpr Candidate<Md5Blocks> md5[] = {
 };
 
 constexpr Candidate<Md6Nodes> md6[] = {
+    {"avx512", cpu::avx512, X86(Md6_Nodes_X86Avx512)},
     {"avx2", cpu::avx2, X86(Md6_Nodes_X86Avx2)},
     {"portable", cpu::none, Md6_Nodes_Portable},
 };

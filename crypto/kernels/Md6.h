@@ -27,6 +27,7 @@ using Md6Nodes = void(std::uint8_t* chainingValues, const std::uint8_t* nodes, s
                       const Md6Batch& batch);
 
 Md6Nodes Md6_Nodes_Portable;
-Md6Nodes Md6_Nodes_X86Avx2; // four nodes at a time
+Md6Nodes Md6_Nodes_X86Avx2;   // four nodes at a time
+Md6Nodes Md6_Nodes_X86Avx512; // eight
 
 } // namespace kernels

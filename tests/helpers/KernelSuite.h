@@ -49,16 +49,17 @@ typename Family::State RandomState(std::uint64_t seed) {
     }
 }
 
-// The candidates that this machine can run; the others are named in the test's output.
+// The candidates that this machine can run; these and the others are named in the test's output.
 template <class Family>
 auto RunnableCandidates() {
     const auto all = Family::Candidates();
     std::vector<std::remove_cvref_t<decltype(all.front())>> runnable;
     for (const auto& candidate : all) {
-        if ((candidate.needs & ~kernels::AvailableCpuFeatures()) == 0)
+        const bool canRun = (candidate.needs & ~kernels::AvailableCpuFeatures()) == 0;
+        if (canRun)
             runnable.push_back(candidate);
-        else
-            std::cout << "not run on this machine: " << Family::name << " " << candidate.name << "\n";
+        std::cout << (canRun ? "run: " : "not run on this machine: ") << Family::name << " " << candidate.name
+                  << "\n";
     }
     return runnable;
 }

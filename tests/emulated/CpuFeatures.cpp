@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// The features of the emulated processor, in place of those that the library finds. Kernels that are not emulated,
+// but for the portable ones, need others and are not run.
+#include "crypto/kernels/CpuFeatures.h"
+
+namespace kernels {
+
+CpuFeatures AvailableCpuFeatures() {
+    return cpu::avx512 | cpu::avx512vbmi | cpu::gfni | cpu::vpclmul;
+}
+
+} // namespace kernels

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+// That the kernel suite in this program does run emulated kernels, and all that there are.
+#include "tests/emulated/Sources.h"
+
+#include "crypto/kernels/KernelSelect.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+using Names = std::set<std::string>;
+
+// What the build found to emulate.
+Names SourcesToEmulate() {
+    Names names;
+    std::istringstream list(FYRN_EMULATED_KERNELS);
+    for (std::string name; std::getline(list, name, ';');)
+        names.insert(name);
+    return names;
+}
+
+// Calls visit(algorithm, chosen kernel's candidate) for every algorithm: the suite runs every candidate that can be
+// chosen, and the one that is chosen is the first.
+template <class Visit>
+void ForEachChosen(Visit visit) {
+    const auto visitFirst = [&visit](const std::string& algorithm, auto candidates) {
+        for (const auto& candidate : candidates) {
+            if ((candidate.needs & ~kernels::AvailableCpuFeatures()) != 0)
+                continue;
+            visit(algorithm, candidate);
+            break;
+        }
+    };
+    visitFirst("Blake2b", kernels::Blake2bCandidates());
+    visitFirst("Crc", kernels::CrcCandidates());
+    visitFirst("Keccak", kernels::KeccakCandidates());
+    visitFirst("Md4", kernels::Md4Candidates());
+    visitFirst("Md5", kernels::Md5Candidates());
+    visitFirst("Md6", kernels::Md6Candidates());
+    visitFirst("Sha1", kernels::Sha1Candidates());
+    visitFirst("Sha256", kernels::Sha256Candidates());
+    visitFirst("Sha512", kernels::Sha512Candidates());
+    visitFirst("Skein256", kernels::Skein256Candidates());
+    visitFirst("Skein512", kernels::Skein512Candidates());
+    visitFirst("Skein1024", kernels::Skein1024Candidates());
+    visitFirst("Tiger", kernels::TigerCandidates());
+    visitFirst("Whirlpool", kernels::WhirlpoolCandidates());
+}
+
+bool SuiteHas(const std::string& instance) {
+    const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
+    for (int i = 0; i < tests.total_test_suite_count(); ++i) {
+        if (std::string(tests.GetTestSuite(i)->name()).starts_with(instance + "/KernelSuite/"))
+            return true;
+    }
+    return false;
+}
+
+TEST(Emulated, EverySourceForAvx512IsCompiledForTheEmulation) {
+    EXPECT_FALSE(SourcesToEmulate().empty());
+    EXPECT_EQ(emulated::Sources(), SourcesToEmulate());
+}
+
+TEST(Emulated, EverySourceForAvx512HasItsKernelAmongTheCandidatesThatAreRun) {
+    Names run;
+    ForEachChosen([&run](const std::string& algorithm, const auto& candidate) {
+        if ((candidate.needs & kernels::cpu::avx512) == 0)
+            return;
+        std::cout << "emulated: " << algorithm << " " << candidate.name << "\n";
+        run.insert(algorithm + "_X86Avx512.cpp");
+    });
+    EXPECT_EQ(run, SourcesToEmulate());
+}
+
+TEST(Emulated, TheKernelSuiteTakesEveryAlgorithmWithAnEmulatedKernel) {
+    for (const std::string& source : SourcesToEmulate()) {
+        std::string instance = source.substr(0, source.find('_'));
+        if (instance.starts_with("Skein")) // one instance for the three sizes of state
+            instance = "Skein";
+        EXPECT_TRUE(SuiteHas(instance)) << instance;
+    }
+}
+
+} // namespace
