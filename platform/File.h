@@ -14,6 +14,7 @@ namespace platform {
 struct InputFile {
     std::intptr_t native = -1; // descriptor or stream, by system
     bool ended = false;        // the end or a read error was met; nothing more is read
+    std::int64_t left = -1;    // bytes to read by the size that was found at opening; below 0 when not known
 
     explicit operator bool() const { return native != -1; }
 };

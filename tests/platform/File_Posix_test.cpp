@@ -47,6 +47,23 @@ class FilePosix : public testing::Test {
     helpers::ScratchFiles scratch;
 };
 
+TEST_F(FilePosix, AFileThatShrankSinceItWasOpenedEndsWhereItNowDoes) {
+    const std::string path = Bytes("a");
+    std::ofstream(path) << "content";
+    InputFile file = Open(path);
+    ASSERT_EQ(truncate(path.c_str(), 4), 0);
+    EXPECT_EQ(ReadAll(file), "cont");
+    platform::Close(file);
+}
+
+TEST_F(FilePosix, AFileOfTheSystemThatTellsNoSizeIsReadToItsEnd) {
+    InputFile file = Open("/proc/self/cmdline");
+    ASSERT_TRUE(file);
+    EXPECT_EQ(platform::SizeOf(file), 0);
+    EXPECT_NE(ReadAll(file), "");
+    platform::Close(file);
+}
+
 TEST_F(FilePosix, APipeIsReadUntilItsWriterIsDone) {
     const std::string path = MakePipe();
     std::thread writer([&] {

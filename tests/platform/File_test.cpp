@@ -83,6 +83,26 @@ TEST_F(File, NothingIsReadAfterTheEndEvenIfTheFileGrows) {
     platform::Close(file);
 }
 
+TEST_F(File, WhatWasAddedSinceTheFileWasOpenedIsRead) {
+    const std::wstring path = scratch.Write("a", "xy");
+    InputFile file = platform::OpenForReading(path.c_str());
+    ASSERT_TRUE(platform::AppendText(path.c_str(), L"more"));
+    unsigned char buffer[8];
+    EXPECT_EQ(platform::ReadFully(file, buffer, sizeof buffer), 6u);
+    platform::Close(file);
+}
+
+TEST_F(File, AFullBufferAtTheSizeAtOpeningIsNotTakenForTheEnd) {
+    const std::wstring path = scratch.Write("a", "xy");
+    InputFile file = platform::OpenForReading(path.c_str());
+    unsigned char buffer[2];
+    EXPECT_EQ(platform::ReadFully(file, buffer, sizeof buffer), 2u);
+    ASSERT_TRUE(platform::AppendText(path.c_str(), L"z"));
+    EXPECT_EQ(platform::ReadFully(file, buffer, sizeof buffer), 1u);
+    EXPECT_EQ(buffer[0], 'z');
+    platform::Close(file);
+}
+
 TEST_F(File, TellingTheSizeStartsReadingOver) {
     const std::wstring path = scratch.Write("a", "xyz");
     InputFile file = platform::OpenForReading(path.c_str());
