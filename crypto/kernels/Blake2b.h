@@ -28,5 +28,6 @@ using Blake2bCompress = void(Blake2bState& state, const std::uint8_t* blocks, st
 
 Blake2bCompress Blake2b_Compress_Portable;
 Blake2bCompress Blake2b_Compress_X86Avx2;
+Blake2bCompress Blake2b_Compress_X86Avx512;
 
 } // namespace kernels

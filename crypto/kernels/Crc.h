@@ -30,5 +30,6 @@ using CrcBytes = std::uint64_t(const CrcTables& tables, std::uint64_t crc, const
 CrcBytes Crc_Bytes_Portable;
 CrcBytes Crc_Bytes_X86Pclmul;
 CrcBytes Crc_Bytes_X86Vpclmul;
+CrcBytes Crc_Bytes_X86Avx512;
 
 } // namespace kernels

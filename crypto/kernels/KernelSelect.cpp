@@ -7,11 +7,13 @@ namespace kernels {
 namespace {
 
 constexpr Candidate<Blake2bCompress> blake2b[] = {
+    {"avx512", cpu::avx512, X86(Blake2b_Compress_X86Avx512)},
     {"avx2", cpu::avx2, X86(Blake2b_Compress_X86Avx2)},
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
 
 constexpr Candidate<CrcBytes> crc[] = {
+    {"avx512", cpu::avx512 | cpu::pclmul | cpu::vpclmul, X86(Crc_Bytes_X86Avx512)},
     {"vpclmul", cpu::avx2 | cpu::pclmul | cpu::vpclmul, X86(Crc_Bytes_X86Vpclmul)},
     {"pclmul", cpu::ssse3 | cpu::pclmul, X86(Crc_Bytes_X86Pclmul)},
     {"portable", cpu::none, Crc_Bytes_Portable},
@@ -60,6 +62,7 @@ constexpr Candidate<SkeinBlocks> skein512[] = {
 };
 
 constexpr Candidate<SkeinBlocks> skein1024[] = {
+    {"avx512", cpu::avx512, X86(Skein1024_Blocks_X86Avx512)},
     {"avx2", cpu::avx2, X86(Skein1024_Blocks_X86Avx2)},
     {"portable", cpu::none, Skein1024_Blocks_Portable},
 };

@@ -16,6 +16,7 @@ SkeinBlocks Skein256_Blocks_Portable;
 SkeinBlocks Skein512_Blocks_Portable;
 SkeinBlocks Skein1024_Blocks_Portable;
 SkeinBlocks Skein1024_Blocks_X86Avx2;
+SkeinBlocks Skein1024_Blocks_X86Avx512;
 
 // The flags and types of tweak word 1.
 namespace skein_tweak {

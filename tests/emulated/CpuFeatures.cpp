@@ -6,7 +6,7 @@
 namespace kernels {
 
 CpuFeatures AvailableCpuFeatures() {
-    return cpu::avx512 | cpu::avx512vbmi | cpu::gfni | cpu::vpclmul;
+    return cpu::pclmul | cpu::avx512 | cpu::avx512vbmi | cpu::gfni | cpu::vpclmul;
 }
 
 } // namespace kernels

@@ -17,8 +17,15 @@ using Names = std::set<std::string>;
 Names SourcesToEmulate() {
     Names names;
     std::istringstream list(FYRN_EMULATED_KERNELS);
-    for (std::string name; std::getline(list, name, ';');)
+    for (std::string name; std::getline(list, name, ':');)
         names.insert(name);
+    return names;
+}
+
+// Without those that only others call.
+Names SourcesForAvx512() {
+    Names names = SourcesToEmulate();
+    std::erase_if(names, [](const std::string& name) { return !name.ends_with("_X86Avx512.cpp"); });
     return names;
 }
 
@@ -60,7 +67,7 @@ bool SuiteHas(const std::string& instance) {
 }
 
 TEST(Emulated, EverySourceForAvx512IsCompiledForTheEmulation) {
-    EXPECT_FALSE(SourcesToEmulate().empty());
+    EXPECT_FALSE(SourcesForAvx512().empty());
     EXPECT_EQ(emulated::Sources(), SourcesToEmulate());
 }
 
@@ -72,11 +79,11 @@ TEST(Emulated, EverySourceForAvx512HasItsKernelAmongTheCandidatesThatAreRun) {
         std::cout << "emulated: " << algorithm << " " << candidate.name << "\n";
         run.insert(algorithm + "_X86Avx512.cpp");
     });
-    EXPECT_EQ(run, SourcesToEmulate());
+    EXPECT_EQ(run, SourcesForAvx512());
 }
 
 TEST(Emulated, TheKernelSuiteTakesEveryAlgorithmWithAnEmulatedKernel) {
-    for (const std::string& source : SourcesToEmulate()) {
+    for (const std::string& source : SourcesForAvx512()) {
         std::string instance = source.substr(0, source.find('_'));
         if (instance.starts_with("Skein")) // one instance for the three sizes of state
             instance = "Skein";

@@ -46,6 +46,16 @@ inline __m512i ShuffleLanes(__m512i a, __m512i b, int control) {
     return to.Get();
 }
 
+// The words of `a` behind those of `b`, less the lowest `words`.
+inline __m256i AlignWords(__m256i a, __m256i b, unsigned words) {
+    const Words<__m256i> from[2] = {Words(b), Words(a)};
+    Words<__m256i> to(a);
+    for (unsigned i = 0; i < 4; ++i)
+        to.word[i] = from[(i + words) / 4].word[(i + words) % 4];
+    return to.Get();
+}
+
 } // namespace emulated
 
+#define _mm256_alignr_epi64(a, b, words) emulated::AlignWords(a, b, words)
 #define _mm512_shuffle_i64x2(a, b, control) emulated::ShuffleLanes(a, b, control)
