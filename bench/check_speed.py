@@ -7,7 +7,8 @@ usage: check_speed.py [--record] [--processor NAME] RECORDS KERNEL-RATIOS FYRN O
 Only ratios are compared, of two programs that take turns on the same machine: each kernel to the portable one, and
 fyrn to `openssl dgst` over one file. A loss counts when it stands in three tries. A record holds for one processor and
 one kernel: lines of other processors, and of kernels that are not the one in use here, are passed over and counted. On
-a processor without records a kernel must at least not be slower than the portable one by more than a quarter.
+a processor without records a kernel must at least not be slower, by more than a quarter, than any that it is preferred
+to.
 With --record the figures of this machine take the place of its records.
 """
 import argparse
@@ -44,7 +45,7 @@ def this_processor():
                 fields.setdefault(name.strip(), value.strip())
     except OSError:
         return "unknown"
-    features = {"avx2", "avx512f", "bmi2", "pclmulqdq", "sha_ni", "vpclmulqdq"} & set(fields.get("flags", "").split())
+    features = {"avx2", "avx512f", "avx512vbmi", "bmi2", "gfni", "pclmulqdq", "sha_ni", "vpclmulqdq"} & set(fields.get("flags", "").split())
     known = [fields.get(name, "unknown") for name in ("vendor_id", "cpu family", "model")]
     return " ".join(known + sorted(features))
 
@@ -75,14 +76,18 @@ def write_records(path, records):
 
 
 def kernel_ratios(program, algorithms):
-    """Record -> ratio to the portable kernel, for the kernel in use of each algorithm."""
+    """Record -> ratio to the portable kernel, for the kernel in use of each algorithm; algorithm -> the best of the ratios
+    of the kernels behind it."""
     output = subprocess.run([program, str(ROUNDS), *algorithms], check=True, capture_output=True, text=True).stdout
-    ratios = {}
+    ratios, behind, seen = {}, collections.defaultdict(float), set()
     for line in output.splitlines():
         algorithm, kernel, ratio = line.split()[:3]
-        if not any(record.name == algorithm for record in ratios):  # the best stands first
+        if algorithm in seen:
+            behind[algorithm] = max(behind[algorithm], float(ratio))
+        else:  # the one in use stands first
             ratios[Record("kernel", algorithm, kernel)] = float(ratio)
-    return ratios
+            seen.add(algorithm)
+    return ratios, behind
 
 
 def processor_seconds(command):
@@ -114,7 +119,7 @@ class Machine:
         for path, content in ((self.path, os.urandom(FILE_SIZE)), (self.empty, b"")):
             with open(path, "wb") as file:
                 file.write(content)
-        kernels = kernel_ratios(options.ratios, [])
+        kernels, self.behind = kernel_ratios(options.ratios, [])
         self.kernels = {record.name: record for record in kernels}
         self.first = dict(kernels)
 
@@ -127,7 +132,7 @@ class Machine:
         if record in self.first:
             return self.first.pop(record)
         if record.kind == "kernel":
-            return kernel_ratios(self.options.ratios, [record.name])[record]
+            return kernel_ratios(self.options.ratios, [record.name])[0][record]
         return openssl_ratio(self.options, record.name, self.path, self.empty)
 
 
@@ -148,10 +153,11 @@ def check(machine, recorded):
         known = record in recorded
         if not known and (recorded or record.kind != "kernel"):
             continue
-        before = recorded.get(record, 1.0)
+        before = recorded[record] if known else machine.behind[record.name]
         now = best_of_tries(machine, record, LEAST * before)
         verdict = "" if now >= LEAST * before else "  LOST"
-        print(f"{record.kind:<8}{record.name:<12}{record.kernel:<10}recorded {before:5.2f}  now {now:5.2f}{verdict}",
+        source = "recorded" if known else "behind"
+        print(f"{record.kind:<8}{record.name:<12}{record.kernel:<10}{source} {before:5.2f}  now {now:5.2f}{verdict}",
               flush=True)
         if verdict:
             lost.append(record)

@@ -38,9 +38,9 @@ class CheckSpeed(unittest.TestCase):
         (self.scratch / "records").write_text(RECORDS, encoding="ascii")
         (self.scratch / "calls").write_text("", encoding="ascii")
 
-    def check(self, *answers, processor="Maker 1", options=()):
+    def check(self, *answers, processor="Maker 1", options=(), behind=()):
         """Runs the check with these ratios of Tiger's kernel to the portable one, one a call, and no rows."""
-        lines = [[f"Tiger bmi {ratio} 500", "Tiger portable 1.00 250"] for ratio in answers]
+        lines = [[f"Tiger bmi {ratio} 500", *behind, "Tiger portable 1.00 250"] for ratio in answers]
         program = self.scratch / "ratios"
         program.write_text(RATIOS.format(answers=lines), encoding="ascii")
         os.chmod(program, 0o755)
@@ -75,6 +75,11 @@ class CheckSpeed(unittest.TestCase):
     def test_on_an_unknown_processor_a_kernel_must_not_be_slower_than_the_portable_one(self):
         self.assertEqual(self.check(1.0, processor="Maker 3").returncode, 0)
         self.assertEqual(self.check(0.7, processor="Maker 3").returncode, 1)
+
+    def test_on_an_unknown_processor_a_kernel_must_not_be_slower_than_one_that_it_is_preferred_to(self):
+        behind = ["Tiger sse 2.00 500"]
+        self.assertEqual(self.check(1.6, processor="Maker 3", behind=behind).returncode, 0)
+        self.assertEqual(self.check(1.4, processor="Maker 3", behind=behind).returncode, 1)
 
     def test_recording_takes_the_middle_of_three_tries(self):
         self.assertEqual(self.check(4.0, 3.0, 9.0, processor="Maker 3", options=["--record"]).returncode, 0)
