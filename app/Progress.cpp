@@ -18,15 +18,23 @@ constexpr milliseconds silence{2000}; // a run that ends sooner shows nothing
 constexpr milliseconds interval{100};
 constexpr milliseconds enoughForSpeed{200};
 
+// Looking at the clock takes longer than hashing a few bytes, so it waits for this many. A read counts as some more.
+constexpr std::size_t bytesPerLook = 256 * 1024;
+constexpr std::size_t extraPerRead = 16 * 1024;
+
 ProgressState state;
-Clock::time_point next;  // when the line is shown again
-Clock::time_point begun; // when the reading of this file for this function was
+Clock::time_point next;      // when the line is shown again
+std::size_t sinceLook = 0;   // bytes since the clock was looked at
+bool timed = false;          // whether it was, in this file
+Clock::time_point firstLook; // when it was first
+std::int64_t doneAtFirstLook = 0;
 
 std::int64_t Speed(Clock::time_point now) {
-    const auto elapsed = std::chrono::duration_cast<milliseconds>(now - begun);
-    return elapsed < enoughForSpeed ? 0
-                                    : static_cast<std::int64_t>(static_cast<double>(state.done) * 1000 /
-                                                                static_cast<double>(elapsed.count()));
+    const auto elapsed = std::chrono::duration_cast<milliseconds>(now - firstLook);
+    if (elapsed < enoughForSpeed)
+        return 0;
+    const auto bytes = static_cast<double>(state.done - doneAtFirstLook);
+    return static_cast<std::int64_t>(bytes * 1000 / static_cast<double>(elapsed.count()));
 }
 
 void Show(Clock::time_point now) {
@@ -41,14 +49,26 @@ void Show(Clock::time_point now) {
 void Begin(std::int64_t size) {
     state.size = size;
     state.done = 0;
-    begun = Clock::now();
+    timed = false;
+}
+
+void Look() {
+    const Clock::time_point now = Clock::now();
+    sinceLook = 0;
+    if (!timed) {
+        timed = true;
+        firstLook = now;
+        doneAtFirstLook = state.done;
+    }
+    if (now >= next)
+        Show(now);
 }
 
 void Read(std::size_t count) {
     state.done += static_cast<std::int64_t>(count);
-    const Clock::time_point now = Clock::now();
-    if (now >= next)
-        Show(now);
+    sinceLook += count + extraPerRead;
+    if (sinceLook >= bytesPerLook)
+        Look();
 }
 
 constexpr ReadObserver observer = {Begin, Read};

@@ -20,7 +20,7 @@ namespace engine_frame {
 template <class Update, class Cleanse>
 void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update, Cleanse cleanse) {
     if (readObserver != nullptr)
-        readObserver->begin(platform::SizeOf(file));
+        readObserver->begin(file.left >= 0 ? file.left : platform::SizeOf(file));
     unsigned char* const buffer = new unsigned char[bufferSize]; // not cleared: only bytes read are looked at
     std::size_t used = 0;
     while (const std::size_t count = platform::ReadFully(file, buffer, bufferSize)) {
