@@ -61,20 +61,21 @@ void CCrypto_Blake2::Blake2_Update(const unsigned char* bytes, std::uint64_t cou
     try {
         if (count == 0)
             return;
+        auto left = static_cast<std::size_t>(count);
         if (bufferedLength_ + count > blockSize) {
             const auto compress = kernels::Kernels().blake2b;
-            const std::uint64_t room = blockSize - bufferedLength_;
+            const std::size_t room = blockSize - bufferedLength_;
             std::memcpy(buffer_ + bufferedLength_, bytes, room);
             compress(state_, buffer_, 1, blockSize);
             bufferedLength_ = 0;
 
-            const std::uint64_t whole = (count - room - 1) / blockSize; // the last block stays back
+            const std::size_t whole = (left - room - 1) / blockSize; // the last block stays back
             compress(state_, bytes + room, whole, blockSize);
             bytes += room + whole * blockSize;
-            count -= room + whole * blockSize;
+            left -= room + whole * blockSize;
         }
-        std::memcpy(buffer_ + bufferedLength_, bytes, count);
-        bufferedLength_ += count;
+        std::memcpy(buffer_ + bufferedLength_, bytes, left);
+        bufferedLength_ += left;
     }
     CATCH_SITE_AT(373, "void __cdecl CCrypto_Blake2::Blake2_Update(const unsigned char *,unsigned __int64)")
 }
@@ -105,7 +106,7 @@ bool CCrypto_Blake2::Blake2_Final(unsigned char* digest, unsigned char length) {
 void CCrypto_Blake2::Blake2_SecureZeroMemory(void* memory, std::uint64_t size) {
     try {
         static void* (*volatile const setMemory)(void*, int, std::size_t) = std::memset;
-        setMemory(memory, 0, size);
+        setMemory(memory, 0, static_cast<std::size_t>(size));
     }
     CATCH_SITE_AT(325, "void __cdecl CCrypto_Blake2::Blake2_SecureZeroMemory(void *,unsigned __int64)")
 }

@@ -4,6 +4,7 @@
 #include "crypto/CCrypto_Salt.h"
 #include "crypto/kernels/Blake2b.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -48,7 +49,7 @@ class CCrypto_Blake2 {
 
     kernels::Blake2bState state_{};
     unsigned char buffer_[128] = {};
-    std::uint64_t bufferedLength_ = 0; // 0 to 128
+    std::size_t bufferedLength_ = 0; // 0 to 128
     std::uint32_t digestLength_ = 0;
     CCrypto_Salt salt_;
     std::wstring* debugLog_ = nullptr;

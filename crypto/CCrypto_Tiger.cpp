@@ -33,15 +33,15 @@ void CCrypto_Tiger::Tiger_Compress(const unsigned char* block) {
 
 void CCrypto_Tiger::Tiger_Transform(const unsigned char* data, std::uint64_t length) {
     try {
-        const std::uint64_t filling = std::min<std::uint64_t>(blockSize - buffered_, length);
+        const auto filling = static_cast<std::size_t>(std::min<std::uint64_t>(blockSize - buffered_, length));
         std::memcpy(buffer_ + buffered_, data, filling);
         buffered_ = static_cast<std::uint8_t>(buffered_ + filling);
         if (buffered_ < blockSize)
             return;
         Tiger_Compress(buffer_);
-        const std::uint64_t whole = (length - filling) / blockSize;
+        const auto whole = static_cast<std::size_t>((length - filling) / blockSize);
         kernels::Kernels().tiger(state_, data + filling, whole);
-        const std::uint64_t compressed = filling + whole * blockSize;
+        const std::size_t compressed = filling + whole * blockSize;
         length_ += compressed; // of this call's data alone: the quirk
         buffered_ = static_cast<std::uint8_t>(length - compressed);
         std::memcpy(buffer_, data + compressed, buffered_);

@@ -65,7 +65,7 @@ Words CompressNode(const Tree& tree, int level, std::uint64_t index, bool root, 
 Level Parallel(const Tree& tree, const Level& data, int level) {
     const std::uint64_t nodes = std::max<std::uint64_t>(1, (data.bits + 4095) / 4096);
     Words padded = data.words;
-    padded.resize(nodes * 64, 0);
+    padded.resize(static_cast<std::size_t>(nodes * 64), 0);
     Level result{{}, nodes * 1024};
     for (std::uint64_t i = 0; i < nodes; ++i) {
         const Words block(padded.begin() + static_cast<std::ptrdiff_t>(64 * i),
@@ -83,8 +83,8 @@ Words HashLevels(const Tree& tree, const Level& data, int level) {
 }
 
 Words WordsOfBits(const std::vector<std::uint8_t>& bytes, std::uint64_t bits) {
-    Words words((bits + 63) / 64, 0);
-    for (std::uint64_t i = 0; i < bits; ++i)
+    Words words(static_cast<std::size_t>((bits + 63) / 64), 0);
+    for (std::size_t i = 0; i < bits; ++i)
         if (bytes[i / 8] >> (7 - i % 8) & 1)
             words[i / 64] |= std::uint64_t{1} << (63 - i % 64);
     return words;
