@@ -15,5 +15,6 @@ using KeccakBlocks = void(std::uint64_t state[25], const std::uint8_t* blocks, s
 
 KeccakBlocks Keccak_Blocks_Portable;
 KeccakBlocks Keccak_Blocks_X86Bmi;
+KeccakBlocks Keccak_Blocks_X86Avx512;
 
 } // namespace kernels

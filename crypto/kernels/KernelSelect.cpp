@@ -20,6 +20,7 @@ constexpr Candidate<CrcBytes> crc[] = {
 };
 
 constexpr Candidate<KeccakBlocks> keccak[] = {
+    {"avx512", cpu::avx512, X86(Keccak_Blocks_X86Avx512)},
     {"bmi", cpu::bmi, X86(Keccak_Blocks_X86Bmi)},
     {"portable", cpu::none, Keccak_Blocks_Portable},
 };

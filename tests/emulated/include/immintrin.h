@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <cstring>
 
+using __mmask8 = simde__mmask8;
+
 namespace emulated {
 
 // Every kernel source that is compiled with this header says so when the program starts.
@@ -55,7 +57,36 @@ inline __m256i AlignWords(__m256i a, __m256i b, unsigned words) {
     return to.Get();
 }
 
+// The words whose bits are set, and zeros. No others are read.
+inline __m512i LoadWords(unsigned mask, const void* memory) {
+    Words<__m512i> to(simde_mm512_setzero_si512());
+    for (unsigned i = 0; i < 8; ++i) {
+        if ((mask >> i & 1) != 0)
+            std::memcpy(&to.word[i], static_cast<const std::uint64_t*>(memory) + i, 8);
+    }
+    return to.Get();
+}
+
+// Stores the words whose bits are set.
+inline void StoreWords(void* memory, unsigned mask, __m512i vector) {
+    const Words<__m512i> from(vector);
+    for (unsigned i = 0; i < 8; ++i) {
+        if ((mask >> i & 1) != 0)
+            std::memcpy(static_cast<std::uint64_t*>(memory) + i, &from.word[i], 8);
+    }
+}
+
+// Two words and zeros.
+inline __m512i ZeroExtend(__m128i low) {
+    Words<__m512i> to(simde_mm512_setzero_si512());
+    std::memcpy(to.word, &low, sizeof low);
+    return to.Get();
+}
+
 } // namespace emulated
 
 #define _mm256_alignr_epi64(a, b, words) emulated::AlignWords(a, b, words)
+#define _mm512_mask_storeu_epi64(memory, mask, vector) emulated::StoreWords(memory, mask, vector)
+#define _mm512_maskz_loadu_epi64(mask, memory) emulated::LoadWords(mask, memory)
+#define _mm512_zextsi128_si512(low) emulated::ZeroExtend(low)
 #define _mm512_shuffle_i64x2(a, b, control) emulated::ShuffleLanes(a, b, control)
