@@ -26,10 +26,12 @@ constexpr Candidate<KeccakBlocks> keccak[] = {
 };
 
 constexpr Candidate<Md4Blocks> md4[] = {
+    {"avx512", cpu::avx512, X86(Md4_Blocks_X86Avx512)},
     {"portable", cpu::none, Md4_Blocks_Portable},
 };
 
 constexpr Candidate<Md5Blocks> md5[] = {
+    {"avx512", cpu::avx512, X86(Md5_Blocks_X86Avx512)},
     {"portable", cpu::none, Md5_Blocks_Portable},
 };
 

@@ -11,5 +11,6 @@ namespace kernels {
 using Md4Blocks = void(std::uint32_t state[4], const std::uint8_t* blocks, std::size_t count);
 
 Md4Blocks Md4_Blocks_Portable;
+Md4Blocks Md4_Blocks_X86Avx512;
 
 } // namespace kernels

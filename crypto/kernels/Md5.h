@@ -11,5 +11,6 @@ namespace kernels {
 using Md5Blocks = void(std::uint32_t state[4], const std::uint8_t* blocks, std::size_t count);
 
 Md5Blocks Md5_Blocks_Portable;
+Md5Blocks Md5_Blocks_X86Avx512;
 
 } // namespace kernels
