@@ -19,6 +19,7 @@
 #    define ISA_VPCLMUL ISA("avx2,pclmul,vpclmulqdq")
 #    define ISA_AVX512 ISA("avx512f,avx512bw,avx512dq,avx512vl")
 #    define ISA_AVX512_VPCLMUL ISA("avx512f,avx512bw,avx512dq,avx512vl,pclmul,vpclmulqdq")
+#    define ISA_AVX512_VBMI_GFNI ISA("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,gfni")
 #else
 #    define X86(kernel) nullptr
 #endif

@@ -76,6 +76,7 @@ constexpr Candidate<TigerBlocks> tiger[] = {
 };
 
 constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
+    {"avx512", cpu::avx512 | cpu::avx512vbmi | cpu::gfni, X86(Whirlpool_Blocks_X86Avx512)},
     {"avx2", cpu::avx2, X86(Whirlpool_Blocks_X86Avx2)},
     {"portable", cpu::none, Whirlpool_Blocks_Portable},
 };

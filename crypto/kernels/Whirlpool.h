@@ -13,5 +13,6 @@ using WhirlpoolBlocks = void(std::uint64_t state[8], const std::uint8_t* blocks,
 
 WhirlpoolBlocks Whirlpool_Blocks_Portable;
 WhirlpoolBlocks Whirlpool_Blocks_X86Avx2;
+WhirlpoolBlocks Whirlpool_Blocks_X86Avx512;
 
 } // namespace kernels
