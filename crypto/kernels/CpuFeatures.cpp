@@ -6,7 +6,7 @@ namespace {
 
 CpuFeatures allowedFeatures = cpu::all;
 
-#if defined(__x86_64__) || defined(__i386__)
+#if defined(__x86_64__) // not with 32 bits, where no kernel uses what the processor has (Isa.h)
 
 CpuFeatures When(bool supported, CpuFeatures feature) {
     return supported ? feature : cpu::none;

@@ -52,6 +52,16 @@ TEST(KernelSelect, ChoosesTheFirstCandidateThatCanRun) {
     });
 }
 
+// Where kernels for 64-bit x86 are not compiled, they are null: no processor may seem to have what they need.
+TEST(KernelSelect, EveryCandidateThatCanRunIsThere) {
+    ForEachAlgorithm([](const char* algorithm, auto candidates, auto* chosen) {
+        EXPECT_NE(chosen, nullptr) << algorithm;
+        for (const auto& candidate : candidates)
+            EXPECT_TRUE(candidate.function != nullptr || !CanRun(candidate.needs))
+                << algorithm << " " << candidate.name;
+    });
+}
+
 TEST(KernelSelect, WithoutAnyFeatureThePortableKernelsAreChosen) {
     if (AvailableCpuFeatures() != kernels::cpu::none)
         GTEST_SKIP() << "this run has features to use";
