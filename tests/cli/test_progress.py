@@ -69,9 +69,10 @@ class Progress(ScratchCase):
             os.setsid()
             fcntl.ioctl(2, termios.TIOCSCTTY, 0)
 
+        variables = os.environ | {"TERM": "xterm"} | (environment or {})
         process = subprocess.Popen(command(*arguments), cwd=self.scratch, stdin=subprocess.DEVNULL, stderr=slave,
                                    stdout=slave if output is None else output,
-                                   env=os.environ | {"TERM": "xterm"} | (environment or {}),
+                                   env={name: value for name, value in variables.items() if value is not None},
                                    preexec_fn=take_terminal if control else os.setsid)
         os.close(slave)
         self.addCleanup(os.close, master)
@@ -128,9 +129,21 @@ class Progress(ScratchCase):
             self.assertRegex(line, rb"/large  (MD6-512 1|WHIRLPOOL 2)/2  [\d.]+ [KM]iB of %d\.0 MiB(  |$)" % size)
         self.assertTrue(any(re.search(rb" MiB  [\d.]+ [KMG]iB/s  \d+:\d\d left$", line) for line in lines), lines)
 
+    def test_a_terminal_that_does_not_know_its_width_is_taken_to_have_80_columns(self):
+        name = "n" * 100
+        os.mkfifo(self.path(name))
+        process, reader = self.on_terminal("-hash=MD5", name, columns=0)
+        self.feed(2.5, pipe=name)
+        self.finish(process, reader)
+        lines = DRAWN.findall(reader.text)
+        self.assertGreaterEqual(len(lines), 1)
+        self.assertEqual({line[:3] for line in lines}, {b"..."})
+        self.assertTrue(all(60 < len(line) < 80 for line in lines), lines)
+
     def test_nothing_is_shown_where_it_would_do_harm(self):
         """Without a terminal, on one that cannot take a line back, one that another program has, one too narrow."""
-        cases = {"dumb": {"environment": {"TERM": "dumb"}}, "not ours": {"control": False}, "narrow": {"columns": 20}}
+        cases = {"dumb": {"environment": {"TERM": "dumb"}}, "unknown": {"environment": {"TERM": None}},
+                 "not ours": {"control": False}, "narrow": {"columns": 20}}
         for name in (*cases, "pipe"):
             os.mkfifo(self.path(name))
         runs = {name: self.on_terminal("-hash=MD5", name, **options) for name, options in cases.items()}
