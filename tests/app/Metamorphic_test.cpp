@@ -112,7 +112,7 @@ TEST_F(EveryRow, WithAPlainSaltIsTheSameForEverySplit) {
         }
         engine.SetSalt_FromFile(L"", EnumSaltType::None);
     }
-    EXPECT_EQ(rows, 13u);
+    EXPECT_GE(rows, 13u);
 }
 
 TEST_F(EveryRow, AShorterRowOfAFamilyIsNotTheStartOfALonger) {

@@ -94,11 +94,12 @@ class Load(unittest.TestCase):
     def test_20_000_files_with_all_rows(self):
         self.fill(os.path.join(self.directory, "d"), 20_000)
         lines = self.run_limited("-hash=ALL", "d", snapshot=20_000 * 2 * (len("000000") + 3 + 8))
-        self.assertEqual(len(lines), 20_000 * 44)
-        first = lines[:44 * len(SOURCES)]
-        for start in range(0, len(lines), 44 * len(SOURCES)):
-            for number in range(0, len(first), 44):
-                self.assertEqual(lines[start + number + 1:start + number + 44], first[number + 1:number + 44])
+        size = 1 + len(ROWS)
+        self.assertEqual(len(lines), 20_000 * size)
+        first = lines[:size * len(SOURCES)]
+        for start in range(0, len(lines), size * len(SOURCES)):
+            for number in range(0, len(first), size):
+                self.assertEqual(lines[start + number + 1:start + number + size], first[number + 1:number + size])
 
     def test_messages_of_4_gib_and_more(self):
         """5 GiB and a byte for all rows; those that Python knows are compared."""

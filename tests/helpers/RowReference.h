@@ -12,7 +12,7 @@
 namespace helpers {
 
 // The digest text of a file with this content under a row's name ("SHA2-256"), when its engine holds this salt. An
-// empty salt is none. Throws std::invalid_argument for a name that is none of the 43.
+// empty salt is none. Throws std::invalid_argument for a name that is no row's.
 std::string RowReference(std::string_view row, std::span<const std::uint8_t> message, const Bytes& salt = {},
                          EnumSaltType placement = EnumSaltType::None);
 

@@ -36,6 +36,12 @@ bool CanRun(kernels::CpuFeatures needs) {
     return (needs & ~AvailableCpuFeatures()) == 0;
 }
 
+TEST(KernelSelect, EveryAlgorithmIsAmongThoseThatAreChecked) {
+    std::size_t checked = 0;
+    ForEachAlgorithm([&checked](const char*, auto, auto*) { ++checked; });
+    EXPECT_EQ(checked, sizeof(kernels::KernelSet) / sizeof(void (*)()));
+}
+
 TEST(KernelSelect, NoFeatureIsUsedThatTheRunIsNotAllowed) {
     EXPECT_EQ(AvailableCpuFeatures() & ~helpers::CpuFeaturesOfLevel(helpers::CpuLevel()), kernels::cpu::none);
 }

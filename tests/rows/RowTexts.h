@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The rows of the hash table, called as the program calls them, for tests that hold for each of the 43.
+// The rows of the hash table, called as the program calls them, for tests that hold for each of them.
 #pragma once
 
 #include "app/HashTable.h"

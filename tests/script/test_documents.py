@@ -3,11 +3,17 @@
 import pathlib
 import re
 import runpy
+import sys
 import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(PROJECT / "tests" / "cli"))
+from expected import ROWS  # noqa: E402
+
 DOCUMENTS = [PROJECT / "README.md", PROJECT / "CONTRIBUTING.md", PROJECT / "SECURITY.md",
              *sorted((PROJECT / "docs").glob("*.md"))]
+PACKAGED = [PROJECT / "CMakeLists.txt", PROJECT / "docs/fyrn.1", PROJECT / "packaging/debian/control",
+            PROJECT / "packaging/scoop/fyrn.json.in", PROJECT / "packaging/winget/fyrn.fyrn.locale.en-US.yaml.in"]
 ARCHITECTURE = PROJECT / "docs" / "architecture.md"
 ROOMS = ("app", "crypto", "support", "platform")
 
@@ -62,6 +68,22 @@ class Documents(unittest.TestCase):
             with self.subTest(room):
                 stated = set() if rows[room].startswith("nothing") else set(rows[room].split(", "))
                 self.assertEqual(stated | {room}, rules[room])
+
+    def test_every_number_of_functions_is_that_of_the_rows(self):
+        for document in [PROJECT / "README.md", *PACKAGED]:
+            numbers = re.findall(r"\b(\d+) (?:hash )?functions\b|^\| Functions \| (\d+)", text_of(document),
+                                 re.MULTILINE)
+            with self.subTest(document=document.name):
+                self.assertEqual({int(one or other) for one, other in numbers}, {len(ROWS)})
+
+    def test_every_list_of_families_has_all(self):
+        families = {re.match(r"TIGER|[A-Z0-9]+", row)[0] for row in ROWS}
+        self.assertGreaterEqual(len(families), 13)
+        for document in PACKAGED[2], PACKAGED[4]:
+            listed = re.findall(r"\b(?:[A-Z][A-Z0-9]+,\s+)+[A-Z][A-Z0-9]+\s+and\s+[A-Z][A-Z0-9]+", text_of(document))
+            with self.subTest(document=document.name):
+                self.assertEqual(len(listed), 1)
+                self.assertEqual(set(re.findall(r"[A-Z0-9]{2,}", listed[0])), families)
 
 
 if __name__ == "__main__":
