@@ -67,7 +67,7 @@ constexpr RotationTable DeriveRotations() {
     return table;
 }
 
-constexpr RotationTable rotations = DeriveRotations();
+inline constexpr RotationTable rotations = DeriveRotations();
 
 ISA_SKEIN1024 ALWAYS_INLINE __m256i Load(const void* words) {
     return _mm256_loadu_si256(static_cast<const __m256i*>(words));
