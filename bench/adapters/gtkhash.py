@@ -17,14 +17,18 @@ POLL = 0.2
 STARTING, SETTLED = 15, 5  # polls without any work until it is given up, or done
 
 
+def seconds_of(task):
+    """Processor time of a thread, 0 when it has just ended."""
+    try:
+        fields = (task / "stat").read_text(encoding="ascii").rsplit(")", 1)[1].split()
+    except OSError:
+        return 0.0
+    return (int(fields[11]) + int(fields[12])) / TICKS
+
+
 def seconds_of_threads(process):
     """Processor time of every thread but the first, which draws."""
-    seconds = []
-    for task in pathlib.Path(f"/proc/{process}/task").iterdir():
-        if task.name != str(process):
-            fields = (task / "stat").read_text(encoding="ascii").rsplit(")", 1)[1].split()
-            seconds.append((int(fields[11]) + int(fields[12])) / TICKS)
-    return seconds
+    return [seconds_of(task) for task in pathlib.Path(f"/proc/{process}/task").iterdir() if task.name != str(process)]
 
 
 def hashing_seconds(process):
@@ -48,8 +52,10 @@ def main():
         any_digest = "0" * 64  # with a digest to compare with it starts by itself
         command = ["gtkhash", "--function", function, "--check", any_digest, path]
         with subprocess.Popen(command, env=environment, stderr=subprocess.DEVNULL) as gtkhash:
-            seconds = hashing_seconds(gtkhash.pid)
-            gtkhash.kill()
+            try:
+                seconds = hashing_seconds(gtkhash.pid)
+            finally:
+                gtkhash.kill()
     print(seconds * float(scale))
     return 0 if seconds > 0 else 1
 
