@@ -79,8 +79,9 @@ class ProgressCost(ScratchCase):
     def test_of_many_small_files(self):
         for number in range(40_000):
             self.write(f"d/{number}", b"%d" % number * 100)
-        self.expect_cheap("-hash=CRC-32", "-hash=MD5", "-hash=SHA1", "-hash=SHA2-256", "-hash=SKEIN-512",
-                          "-hash=WHIRLPOOL", "d/*")
+        rows = ("BLAKE2-512", "CRC-32", "MD4", "MD5", "MD6-256", "SHA1", "SHA2-256", "SHA2-512", "SHA3-256", "SKEIN-512",
+                "TIGER1-192", "WHIRLPOOL")
+        self.expect_cheap(*(f"-hash={row}" for row in rows), "d/*")
 
 
 if __name__ == "__main__":
