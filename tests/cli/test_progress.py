@@ -117,7 +117,7 @@ class Progress(ScratchCase):
         self.assertEqual(reader.text, b"")
 
     def test_a_file_of_known_size_has_the_time_left(self):
-        size = 20 if INSTRUMENTED else 200  # MiB
+        size = 100 if INSTRUMENTED else 200  # MiB
         with open(self.path("large"), "wb") as file:
             file.truncate(size << 20)
         process, reader = self.on_terminal("-hash=WHIRLPOOL", "-hash=MD6-512", "slow", "large")
