@@ -2,6 +2,7 @@
 """A quick selection of what test_renaming_under_fire_slow.py does at length, and targets that cannot take files."""
 import errno
 import os
+import shutil
 import subprocess
 import unittest
 
@@ -64,10 +65,11 @@ class NoHardLinks(UnderFireCase):
 class MountedCase(UnderFireCase):
     """The start directory is a small file system of its own."""
 
-    def mount(self, *arguments):
+    def mount(self, *arguments, program="mount"):
         directory = self.path("mounted")
         os.mkdir(directory)
-        done = subprocess.run(["mount", *arguments, directory], stderr=subprocess.PIPE, check=False)
+        done = subprocess.run([program, *arguments, directory], stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                              check=False)
         if done.returncode != 0:
             self.skipTest("cannot mount this here: " + os.fsdecode(done.stderr).strip())
         self.addCleanup(subprocess.run, ["umount", directory], check=True)
@@ -112,18 +114,37 @@ class PoorTargets(MountedCase):
         self.seconds_of("-hash=MD5", "-rename", self.path("from", "a.x"), directory=target)
         self.assertEqual(sorted(os.listdir(target)), [md5(b"abc") + ".x", md5(b"abc") + "_00.x"])
 
-    def test_a_file_system_without_links(self):
+    def mount_exfat(self):
+        """With the kernel's driver or, where it has none, the one in user space."""
+        if not shutil.which("mkfs.exfat"):
+            self.skipTest("no mkfs.exfat here")
         image = self.path("image")
         with open(image, "wb") as file:
-            file.truncate(16 << 20)
-        done = subprocess.run(["mkfs.vfat", image], stdout=subprocess.DEVNULL, check=False) if os.path.exists(
-            "/sbin/mkfs.vfat") else None
-        if done is None or done.returncode != 0:
-            self.skipTest("no mkfs.vfat here")
-        target = self.mount("-t", "vfat", "-o", "loop", image)
+            file.truncate(64 << 20)
+        subprocess.run(["mkfs.exfat", image], stdout=subprocess.DEVNULL, check=True)
+        attached = subprocess.run(["losetup", "--find", "--show", image], capture_output=True, check=False)
+        if attached.returncode != 0:
+            self.skipTest("cannot attach an image here: " + os.fsdecode(attached.stderr).strip())
+        device = os.fsdecode(attached.stdout).strip()
+        self.addCleanup(subprocess.run, ["losetup", "--detach", device], check=True)
+        with open("/proc/filesystems", encoding="ascii") as file:
+            if "exfat" in file.read().split():
+                return self.mount("-t", "exfat", device)
+        if not shutil.which("mount.exfat-fuse"):
+            self.skipTest("neither the kernel's exFAT nor exfat-fuse here")
+        return self.mount(device, program="mount.exfat-fuse")
+
+    def test_a_file_system_without_links(self):
+        target = self.mount_exfat()
         self.move_all(target, "-rename")
         self.check(self.from_directory, target)
         self.assertEqual(os.listdir(self.from_directory), [])
+        moved = sorted(os.listdir(target))
+        self.seconds_of("-hash=SHA1", "-rename", "*", directory=target)
+        self.assertEqual({len(name.split(".")[0].split("_")[0]) for name in os.listdir(target)}, {40})
+        self.seconds_of("-hash=MD5", "-renamedel", "*", directory=target)
+        self.check(self.from_directory, target)
+        self.assertEqual(sorted(os.listdir(target)), [name for name in moved if "_" not in name])
 
 
 if __name__ == "__main__":

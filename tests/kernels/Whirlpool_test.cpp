@@ -43,6 +43,23 @@ TEST(WhirlpoolBlocks, CompressThePaddedEmptyMessage) {
     }
 }
 
+// The product of polynomials first, and its remainder by long division then.
+unsigned int ProductInTheField(unsigned int a, unsigned int b) {
+    unsigned int product = 0;
+    for (unsigned int bit = 0; bit < 8; ++bit)
+        product ^= (b >> bit & 1) * (a << bit);
+    for (unsigned int bit = 15; bit >= 8; --bit)
+        product ^= (product >> bit & 1) * (0x11Du << (bit - 8));
+    return product;
+}
+
+TEST(WhirlpoolTables, ProductsAreThoseOfTheField) {
+    for (unsigned int a = 0; a < 256; ++a) {
+        for (unsigned int b = 0; b < 256; ++b)
+            ASSERT_EQ(kernels::whirlpool::Multiply(a, b), ProductInTheField(a, b)) << a << " times " << b;
+    }
+}
+
 TEST(WhirlpoolTables, BeginAsPublished) {
     constexpr auto tables = kernels::whirlpool::DeriveTables();
     EXPECT_EQ(tables[0][0], 0x18186018C07830D8u);
