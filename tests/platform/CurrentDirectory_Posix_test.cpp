@@ -138,6 +138,12 @@ TEST_F(CurrentDirectoryPosix, ADeepWalkHoldsOneDescriptor) {
     EXPECT_TRUE(IsCurrent("start"));
 }
 
+TEST_F(CurrentDirectoryPosix, WhereNothingIsEnteredNoDescriptorStaysOpen) {
+    const std::size_t before = OpenDescriptors();
+    EXPECT_FALSE(Enter(Path("missing")));
+    EXPECT_EQ(OpenDescriptors(), before);
+}
+
 TEST_F(CurrentDirectoryPosix, WithoutDescriptorsNothingIsEnteredAndEverythingIsLeft) {
     ASSERT_TRUE(Enter(Path("a")));
     rlimit before;
