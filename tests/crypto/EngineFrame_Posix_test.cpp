@@ -3,17 +3,11 @@
 
 #include "crypto/CCrypto_Md5.h"
 #include "tests/helpers/DigestText.h"
+#include "tests/helpers/OpenDescriptors_Posix.h"
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-
 namespace {
-
-std::ptrdiff_t OpenDescriptors() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"),
-                         std::filesystem::directory_iterator());
-}
 
 bool Hash(const wchar_t* path) {
     int output;
@@ -24,7 +18,7 @@ bool Hash(const wchar_t* path) {
 TEST(EngineFramePosix, ClosesTheFile) {
     const helpers::ScratchFiles files;
     const std::wstring path = files.Write("file", std::string_view("abcdef"));
-    const std::ptrdiff_t before = OpenDescriptors();
+    const std::size_t before = OpenDescriptors();
     EXPECT_TRUE(Hash(path.c_str()));
     EXPECT_FALSE(Hash(files.Path("missing").c_str()));
     EXPECT_EQ(OpenDescriptors(), before);

@@ -2,9 +2,9 @@
 #include "platform/Directory.h"
 
 #include "platform/Text.h"
+#include "tests/helpers/OpenDescriptors_Posix.h"
 #include "tests/helpers/ScratchFiles.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/resource.h>
@@ -26,13 +26,6 @@ bool Enter(const std::string& path) {
 
 bool Leave(const std::string& path) {
     return platform::LeaveDirectory(platform::DecodeName(path).c_str());
-}
-
-std::size_t OpenDescriptors() {
-    std::size_t count = 0;
-    for (int descriptor = 0; descriptor < 1024; ++descriptor)
-        count += fcntl(descriptor, F_GETFD) != -1;
-    return count;
 }
 
 class CurrentDirectoryPosix : public testing::Test {

@@ -2,6 +2,8 @@
 #include "platform/File.h"
 
 #include "platform/Text.h"
+#include "tests/helpers/FailingNew.h"
+#include "tests/helpers/OpenDescriptors_Posix.h"
 #include "tests/helpers/ScratchFiles.h"
 #include "tests/platform/EndChild_Posix.h"
 
@@ -9,6 +11,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <new>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -280,6 +283,24 @@ TEST_F(FilePosix, AppendingToAPipeThatNobodyReadsFailsWithoutWaiting) {
 
 TEST_F(FilePosix, AppendingToAFullDeviceFails) {
     EXPECT_FALSE(platform::AppendText(L"/dev/full", L"x"));
+}
+
+TEST_F(FilePosix, WhereMemoryRunsOutNoFileStaysOpen) {
+    constexpr std::size_t most = 500;
+    const std::wstring path = scratch.Write("a", "x");
+    std::vector<InputFile> files;
+    files.reserve(most);
+    const std::size_t before = OpenDescriptors();
+    try {
+        const auto failing = helpers::FailingNew::Always();
+        while (files.size() < most)
+            files.push_back(platform::OpenForReading(path.c_str()));
+    } catch (const std::bad_alloc&) {
+    }
+    EXPECT_LT(files.size(), most);
+    EXPECT_EQ(OpenDescriptors(), before + files.size());
+    for (InputFile& file : files)
+        platform::Close(file);
 }
 
 } // namespace

@@ -92,6 +92,26 @@ TEST_F(MoveFallback, AFileThatWasReplacedInTheMeantimeIsLeftToItsOwner) {
     EXPECT_EQ(Read("b"), "x");
 }
 
+// A link that cannot be for such a reason says the same of a placeholder, which others would see for a moment.
+TEST_F(MoveFallback, OnlyWhereLinksAreUnknownIsAPlaceholderTried) {
+    static int renames;
+    renames = 0;
+    moveCalls.rename = [](const char* from, const char* to) {
+        ++renames;
+        return systemMoveCalls.rename(from, to);
+    };
+    for (const auto call :
+         {FailWith<EEXIST, const char*, const char*>, FailWith<EXDEV, const char*, const char*>,
+          FailWith<ENOENT, const char*, const char*>}) {
+        moveCalls.link = call;
+        Write("a", "x");
+        EXPECT_FALSE(Move("a", "b"));
+        EXPECT_EQ(Read("a"), "x");
+        EXPECT_EQ(Entries("."), 1);
+    }
+    EXPECT_EQ(renames, 0);
+}
+
 TEST_F(MoveFallback, AFileThatVanishedIsNotMoved) {
     moveCalls.renameNoReplace = [](const char* from, const char*) {
         unlink(from);

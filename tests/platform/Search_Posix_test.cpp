@@ -2,6 +2,7 @@
 #include "platform/Directory.h"
 
 #include "platform/Text.h"
+#include "tests/helpers/OpenDescriptors_Posix.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <fstream>
@@ -219,13 +220,6 @@ TEST_F(SearchPosix, ASearchThatHasEndedMayBeAskedAndClosedAgain) {
         platform::SearchClose(search);
         platform::SearchClose(search);
     }
-}
-
-std::size_t OpenDescriptors() {
-    std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++count;
-    return count;
 }
 
 TEST_F(SearchPosix, AnOpenSearchHoldsNoDescriptor) {

@@ -3,12 +3,12 @@
 #include "app/HashTable.h"
 
 #include "tests/helpers/Bytes.h"
+#include "tests/helpers/OpenDescriptors_Posix.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 #include <malloc.h>
 
-#include <filesystem>
 #include <map>
 
 namespace {
@@ -26,10 +26,7 @@ struct Holdings {
 
 Holdings HoldingsNow() {
     const struct mallinfo2 memory = mallinfo2();
-    std::size_t descriptors = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
-        ++descriptors;
-    return {memory.uordblks + memory.hblkhd, descriptors};
+    return {memory.uordblks + memory.hblkhd, OpenDescriptors()};
 }
 
 // The rows by family: "MD6-128" is one of "MD6".
