@@ -89,7 +89,7 @@ void Blake2b(const Case& given) {
 
 void Keccak(const Case& given) {
     using State = Words<std::uint64_t, 25>;
-    const std::size_t lanes = given.special % 26;
+    const auto lanes = static_cast<std::size_t>(given.special % 26);
     const auto start = given.input.Take<State>();
     const Blocks blocks(given.input, given.count * lanes * 8, given.alignment);
     Compare(kernels::KeccakCandidates(), start,

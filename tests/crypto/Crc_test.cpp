@@ -164,7 +164,7 @@ TEST_F(Crc, IntegerLiesInMemoryHighestByteFirst) {
 TEST_F(Crc, RandomPolynomialsAgreeWithTheBitwiseReference) {
     const std::uint64_t seed = 6416;
     for (std::uint64_t round = 0; round < 60; ++round) {
-        const Bytes message = helpers::PseudoRandomBytes(17 * round, seed + round);
+        const Bytes message = helpers::PseudoRandomBytes(17 * static_cast<std::size_t>(round), seed + round);
         std::uint64_t polynomial = round;
         std::uint64_t value = 0;
         const Bytes random = helpers::PseudoRandomBytes(16, seed + 1000 + round);

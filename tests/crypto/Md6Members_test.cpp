@@ -134,7 +134,7 @@ TEST(Md6Members, ExamplesOfTheReportHold) {
     Words values;
     for (node.i = 0; node.i < 2; ++node.i) {
         for (std::size_t i = 0; i < 512; ++i)
-            node.block[i / 8] = node.block[i / 8] << 8 | message[512 * node.i + i];
+            node.block[i / 8] = node.block[i / 8] << 8 | message[512 * static_cast<std::size_t>(node.i) + i];
         node.p = node.i == 0 ? 0 : 4096 - 88 * 8;
         ASSERT_EQ(node.Run(), 0);
         values.insert(values.end(), node.value, node.value + 16);
