@@ -14,14 +14,14 @@ namespace {
 
 constexpr int numberedNames = 100; // "_00" to "_99"
 
-bool MoveToNumberedName(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
+// Where all names are taken, the file keeps its own.
+void MoveToNumberedName(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
     wchar_t name[platform::maxPath];
     for (int number = 0; number < numberedNames; ++number) {
         FormatToBuffer(name, platform::maxPath, L"%S_%02i%s", context.hashText, number, extension);
         if (platform::MoveWithoutReplacing(path, name))
-            return true;
+            return;
     }
-    return false;
 }
 
 } // namespace

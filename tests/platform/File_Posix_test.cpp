@@ -303,4 +303,31 @@ TEST_F(FilePosix, WhereMemoryRunsOutNoFileStaysOpen) {
         platform::Close(file);
 }
 
+TEST_F(FilePosix, WhereMemoryRunsOutNoPipeStaysOpen) {
+    InputFile file =
+        platform::OpenForReading(scratch.Write("a", "x").c_str()); // room for files is there from now on
+    platform::Close(file);
+    std::vector<std::wstring> paths;
+    std::vector<int> writers;
+    for (int i = 0; i < 3; ++i) {
+        const std::string path = MakePipe();
+        paths.push_back(platform::DecodeName(path));
+        writers.push_back(open(path.c_str(), O_RDWR));
+    }
+    const std::size_t before = OpenDescriptors();
+    std::size_t opened = 0;
+    try {
+        const auto failing = helpers::FailingNew::Always();
+        for (; opened < paths.size(); ++opened) {
+            InputFile pipe = platform::OpenForReading(paths[opened].c_str());
+            platform::Close(pipe);
+        }
+    } catch (const std::bad_alloc&) {
+    }
+    EXPECT_LT(opened, paths.size());
+    EXPECT_EQ(OpenDescriptors(), before);
+    for (const int writer : writers)
+        close(writer);
+}
+
 } // namespace
