@@ -121,6 +121,20 @@ TEST(ProgressText, SendsNothingToTheTerminalButCharacters) {
     EXPECT_EQ(TextOf(state), L"a?[????b  SHA2-256 2/3  1.0 GiB");
 }
 
+TEST(ProgressText, KnowsWhereControlCharactersAndHalvesBeginAndEnd) {
+    ProgressState state = Iso();
+    for (const wchar_t shown : {0x20, 0x7E, 0xA0, 0xD7FF, 0xE000}) {
+        const wchar_t path[] = {shown, 0};
+        state.path = path;
+        EXPECT_EQ(TextOf(state)[0], shown);
+    }
+    for (const wchar_t hidden : {0x01, 0x1F, 0x7F, 0x9F, 0xD800, 0xDBFF, 0xDC00, 0xDFFF}) {
+        const wchar_t path[] = {hidden, 0};
+        state.path = path;
+        EXPECT_EQ(TextOf(state)[0], L'?') << static_cast<int>(hidden);
+    }
+}
+
 TEST(ProgressText, IsEmptyWhereThereIsNoRoom) {
     EXPECT_EQ(TextOf(Iso(), 0), L"");
     EXPECT_EQ(TextOf(Iso(), 30), L"");
