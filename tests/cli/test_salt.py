@@ -90,6 +90,14 @@ class Salt(SaltCase):
                            stdin=None, input=b"piped")
         self.assertEqual(result.lines[2:], [b"  " + md5(b"piped").encode()])
 
+    @launcher.posix_only
+    @unittest.skipIf(launcher.INSTRUMENTED or launcher.LAUNCHER, "sanitizers and emulators hold descriptors themselves")
+    def test_salt_and_files_are_closed_again(self):
+        self.write("salt", b"salt")
+        result = launcher.in_shell('ulimit -n 4; "$@"', "-hash=MD5", "-salt=salt", "-salttype=before", "-verbosity=1",
+                                   "a", "a", directory=self.scratch)
+        self.assertEqual(result.lines[2:], [b"  " + md5(b"salt" + CONTENT).encode()] * 2)
+
 
 class SaltedFunctions(SaltCase):
     """Which rows change under a salt before the file."""
