@@ -27,6 +27,12 @@ TEST(Text, ATextThatDoesNotFitLeavesAnEmptyOne) {
     EXPECT_STREQ(buffer, L"");
 }
 
+TEST(Text, NothingIsWrittenBehindTheBuffer) {
+    wchar_t buffer[6] = L"vwxyz";
+    EXPECT_FALSE(platform::DecodeInto("abcdefgh", buffer, 4));
+    EXPECT_STREQ(buffer + 4, L"z");
+}
+
 TEST(Text, NothingFitsIntoABufferWithoutCapacity) {
     wchar_t untouched = L'x';
     EXPECT_FALSE(platform::DecodeInto("", &untouched, 0));
