@@ -69,8 +69,8 @@ TEST(ProgressText, WritesHoursOnlyWhereThereAreSome) {
     state.done = 0;
     state.speed = 1;
     const std::pair<std::int64_t, const wchar_t*> cases[] = {
-        {1, L"0:01 left"},     {59, L"0:59 left"},      {61, L"1:01 left"},
-        {3599, L"59:59 left"}, {3661, L"1:01:01 left"}, {360000, L"100:00:00 left"}};
+        {1, L"0:01 left"},     {59, L"0:59 left"},      {60, L"1:00 left"},      {61, L"1:01 left"},
+        {3599, L"59:59 left"}, {3600, L"1:00:00 left"}, {3661, L"1:01:01 left"}, {360000, L"100:00:00 left"}};
     for (const auto& [seconds, text] : cases) {
         state.size = seconds;
         EXPECT_TRUE(TextOf(state).ends_with(text)) << seconds;

@@ -84,6 +84,23 @@ TEST_F(FilePosix, APipeIsReadUntilItsWriterIsDone) {
     writer.join();
 }
 
+TEST_F(FilePosix, NothingIsReadBehindTheBufferAfterAShortRead) {
+    const std::string path = MakePipe();
+    std::thread writer([&] {
+        std::ofstream pipe(path);
+        pipe << "one" << std::flush;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        pipe << "twothree";
+    });
+    InputFile file = Open(path);
+    unsigned char buffer[] = "####################";
+    EXPECT_EQ(platform::ReadFully(file, buffer, 5), 5u);
+    EXPECT_STREQ(reinterpret_cast<char*>(buffer), "onetw###############");
+    EXPECT_EQ(ReadAll(file), "othree");
+    platform::Close(file);
+    writer.join();
+}
+
 TEST_F(FilePosix, APipeIsOpenedOnceInARunUnderWhateverName) {
     const std::string path = MakePipe();
     ASSERT_EQ(symlink(path.c_str(), Bytes("link").c_str()), 0);
