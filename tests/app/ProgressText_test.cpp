@@ -123,12 +123,13 @@ TEST(ProgressText, SendsNothingToTheTerminalButCharacters) {
 
 TEST(ProgressText, KnowsWhereControlCharactersAndHalvesBeginAndEnd) {
     ProgressState state = Iso();
-    for (const wchar_t shown : {0x20, 0x7E, 0xA0, 0xD7FF, 0xE000}) {
+    for (const wchar_t shown : {L'\x20', L'\x7E', L'\xA0', L'\xD7FF', L'\xE000'}) {
         const wchar_t path[] = {shown, 0};
         state.path = path;
         EXPECT_EQ(TextOf(state)[0], shown);
     }
-    for (const wchar_t hidden : {0x01, 0x1F, 0x7F, 0x9F, 0xD800, 0xDBFF, 0xDC00, 0xDFFF}) {
+    for (const wchar_t hidden :
+         {L'\x01', L'\x1F', L'\x7F', L'\x9F', L'\xD800', L'\xDBFF', L'\xDC00', L'\xDFFF'}) {
         const wchar_t path[] = {hidden, 0};
         state.path = path;
         EXPECT_EQ(TextOf(state)[0], L'?') << static_cast<int>(hidden);
