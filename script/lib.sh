@@ -24,7 +24,7 @@ cppcheck_needs=(cppcheck=cppcheck)
 fuzz_needs=("${build_needs[@]}" clang++-14=clang-14
   /usr/lib/llvm-14/lib/clang/14.0.6/lib/linux/libclang_rt.fuzzer-x86_64.a=libclang-rt-14-dev git=git)
 package_needs=("${build_needs[@]}" "${windows_build_needs[@]}" git=git python3=python3 mandoc=mandoc
-  dpkg-buildpackage=dpkg-dev dh=debhelper col=bsdextrautils)
+  /usr/share/build-essential/list=build-essential dpkg-buildpackage=dpkg-dev dh=debhelper col=bsdextrautils)
 package_check_needs=(lintian=lintian pkg-config=pkg-config man=man-db)
 # Without these, a test that wants them is skipped.
 wider_test_needs=(zsh=zsh fish=fish parallel=parallel /usr/sbin/sshd=openssh-server ssh=openssh-client
