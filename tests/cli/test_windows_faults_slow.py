@@ -29,14 +29,17 @@ class FaultCase(launcher.ScratchCase):
         self.program = shutil.copy(os.environ["FYRN_SHORT_OF_MEMORY"], self.path("bin", "fyrn.exe"))
 
     def start(self, refused_bytes, *arguments, **environment):
+        """Starts the program with its output in files: a pipe would stay open as long as what Wine starts for a
+        window, which inherits it."""
         environment |= {"FYRN_REFUSED_BYTES": str(refused_bytes)}
-        return subprocess.Popen([*launcher.LAUNCHER, self.program, *arguments], cwd=self.path("work"),
-                                env=os.environ | environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
-                                stderr=subprocess.PIPE)
+        with open(self.path("stdout"), "wb") as output, open(self.path("stderr"), "wb") as errors:
+            return subprocess.Popen([*launcher.LAUNCHER, self.program, *arguments], cwd=self.path("work"),
+                                    env=os.environ | environment, stdin=subprocess.DEVNULL, stdout=output,
+                                    stderr=errors)
 
     def finish(self, process):
-        output, errors = process.communicate(timeout=120)
-        return launcher.Result(process.returncode, output, errors)
+        status = process.wait(timeout=120)
+        return launcher.Result(status, self.read("stdout"), self.read("stderr"))
 
     def run_short(self, refused_bytes, *arguments):
         return self.finish(self.start(refused_bytes, *arguments))
@@ -89,21 +92,27 @@ class MessageBox(FaultCase):
                           **self.display)
 
     def xdotool(self, *arguments):
-        return subprocess.run(["xdotool", *arguments], env=os.environ | self.display, check=True, timeout=60,
-                              stdout=subprocess.PIPE, text=True).stdout.split()
+        return subprocess.run(["xdotool", *arguments], env=os.environ | self.display, timeout=60,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+
+    def boxes(self):
+        """The message boxes there are; none when one vanishes while xdotool looks at it, which ends the search."""
+        search = self.xdotool("search", "--onlyvisible", "--name", "^Exception error$")
+        return search.stdout.split() if search.returncode == 0 else []
 
     def press(self, key, earlier=()):
         """Waits for a box that is not among the earlier ones, presses a key in it and returns the box."""
         deadline = time.monotonic() + 60
-        boxes = []
-        while not boxes and time.monotonic() < deadline:
-            found = self.xdotool("search", "--sync", "--onlyvisible", "--name", "^Exception error$")
-            boxes = [box for box in found if box not in earlier]
-        self.assertTrue(boxes, "no message box")
+        new = []
+        while not new and time.monotonic() < deadline:
+            time.sleep(0.2)
+            new = [box for box in self.boxes() if box not in earlier]
+        self.assertTrue(new, "no message box")
         time.sleep(0.5)
-        self.xdotool("windowfocus", "--sync", boxes[0])
-        self.xdotool("key", key)
-        return boxes[0]
+        for command in (["windowfocus", "--sync", new[0]], ["key", key]):
+            run = self.xdotool(*command)
+            self.assertEqual(run.returncode, 0, run.stderr)
+        return new[0]
 
     def test_yes_goes_on_and_asks_again(self):
         process = self.start_shown("a.txt", "b.txt")
