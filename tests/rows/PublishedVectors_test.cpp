@@ -107,6 +107,10 @@ TEST(PublishedVectors, MonteCarloChainsPassTheirFirstCheckpoint) {
     ExpectCheckpoints(1);
 }
 
+TEST(PublishedVectorsSlow, MonteCarloChainsPassThreeCheckpoints) {
+    ExpectCheckpoints(3);
+}
+
 TEST(PublishedVectorsSlow, MonteCarloChainsPassAllCheckpoints) {
     ExpectCheckpoints(100);
 }
