@@ -31,7 +31,7 @@ wider_test_needs=(zsh=zsh fish=fish parallel=parallel /usr/sbin/sshd=openssh-ser
   mkfs.exfat=exfatprogs mount.exfat-fuse=exfat-fuse losetup=mount)
 s390x_needs=("${build_needs[@]}" python3=python3 s390x-linux-gnu-g++=g++-s390x-linux-gnu qemu-s390x=qemu-user
   /usr/src/googletest/CMakeLists.txt=googletest)
-i686_needs=("${build_needs[@]}" python3=python3 i686-linux-gnu-g++=g++-i686-linux-gnu
+i686_needs=("${build_needs[@]}" python3=python3 i686-linux-gnu-g++=g++-i686-linux-gnu qemu-i386=qemu-user
   /usr/src/googletest/CMakeLists.txt=googletest)
 avx512_needs=("${test_needs[@]}" cpio=cpio xorriso=xorriso /usr/lib/ISOLINUX/isolinux.bin=isolinux
   /usr/lib/syslinux/modules/bios/ldlinux.c32=syslinux-common /bin/busybox=busybox-static dpkg-deb=dpkg
