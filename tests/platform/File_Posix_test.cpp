@@ -67,14 +67,17 @@ TEST_F(FilePosix, AFileOfTheSystemThatTellsNoSizeIsReadToItsEnd) {
     platform::Close(file);
 }
 
+// Two texts that one read does not find together.
+void WriteWithAPause(const std::string& path, const char* first, const char* second) {
+    std::ofstream pipe(path);
+    pipe << first << std::flush;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    pipe << second;
+}
+
 TEST_F(FilePosix, APipeIsReadUntilItsWriterIsDone) {
     const std::string path = MakePipe();
-    std::thread writer([&] {
-        std::ofstream pipe(path);
-        pipe << "one" << std::flush;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        pipe << "two";
-    });
+    std::thread writer(WriteWithAPause, path, "one", "two");
     InputFile file = Open(path);
     ASSERT_TRUE(file);
     EXPECT_FALSE(platform::IsRegular(file));
@@ -86,12 +89,7 @@ TEST_F(FilePosix, APipeIsReadUntilItsWriterIsDone) {
 
 TEST_F(FilePosix, NothingIsReadBehindTheBufferAfterAShortRead) {
     const std::string path = MakePipe();
-    std::thread writer([&] {
-        std::ofstream pipe(path);
-        pipe << "one" << std::flush;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        pipe << "twothree";
-    });
+    std::thread writer(WriteWithAPause, path, "one", "twothree");
     InputFile file = Open(path);
     unsigned char buffer[] = "####################";
     EXPECT_EQ(platform::ReadFully(file, buffer, 5), 5u);
