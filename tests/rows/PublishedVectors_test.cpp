@@ -107,10 +107,6 @@ TEST(PublishedVectors, MonteCarloChainsPassTheirFirstCheckpoint) {
     ExpectCheckpoints(1);
 }
 
-TEST(PublishedVectorsSlow, MonteCarloChainsPassThreeCheckpoints) {
-    ExpectCheckpoints(3);
-}
-
 TEST(PublishedVectorsSlow, MonteCarloChainsPassAllCheckpoints) {
     ExpectCheckpoints(100);
 }
