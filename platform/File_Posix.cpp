@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -70,23 +71,20 @@ int OpenWithoutWaiting(const char* path) {
     return FailToOpen(path);
 }
 
-int OpenRegular(const char* path, std::int64_t& size) {
+int OpenRegular(const char* path, struct stat& status) {
     const int descriptor = OpenWithoutWaiting(path);
-    struct stat status;
     if (descriptor == noFile)
         return noFile;
     if (fstat(descriptor, &status) != 0) {
         PinFile(path);
         return CloseAndFail(descriptor);
     }
-    size = status.st_size;
     return S_ISREG(status.st_mode) ? descriptor : CloseAndFail(descriptor);
 }
 
 // Waits for a pipe's writer, as every reader of pipes does.
-int OpenSpecial(const char* path) {
+int OpenSpecial(const char* path, struct stat& status) {
     const int descriptor = Open(path, 0);
-    struct stat status;
     if (descriptor == noFile)
         return noFile;
     if (fstat(descriptor, &status) != 0 || S_ISDIR(status.st_mode))
@@ -96,15 +94,14 @@ int OpenSpecial(const char* path) {
     return descriptor;
 }
 
-int OpenAny(const char* path, std::int64_t& size) {
-    struct stat status;
+int OpenAny(const char* path, struct stat& status) {
     if (stat(path, &status) != 0)
         return FailToOpen(path);
     if (S_ISDIR(status.st_mode) || S_ISSOCK(status.st_mode))
         return noFile;
     if (S_ISREG(status.st_mode))
-        return OpenRegular(path, size);
-    return S_ISFIFO(status.st_mode) && WasRead(status) ? noFile : OpenSpecial(path);
+        return OpenRegular(path, status);
+    return S_ISFIFO(status.st_mode) && WasRead(status) ? noFile : OpenSpecial(path, status);
 }
 
 // One read that goes on after a signal.
@@ -120,16 +117,31 @@ int DescriptorOf(const InputFile& file) {
     return static_cast<int>(file.native);
 }
 
+// A want of memory says nothing against the file either.
+void MakeRoom(const char* path) {
+    try {
+        MakeRoomForOpenFile();
+        pipesRead.reserve(pipesRead.size() + 1);
+    } catch (const std::bad_alloc&) {
+        PinPath(path);
+        throw;
+    }
+}
+
 } // namespace
 
 InputFile OpenForReading(const wchar_t* path) {
     const NativePath native(path);
-    MakeRoomForOpenFile();
-    pipesRead.reserve(pipesRead.size() + 1);
+    MakeRoom(native);
+    struct stat status;
+    const int descriptor = specialFilesAllowed ? OpenAny(native, status) : OpenRegular(native, status);
     InputFile file;
-    file.native = specialFilesAllowed ? OpenAny(native, file.left) : OpenRegular(native, file.left);
-    if (file)
-        RememberOpenFile(DescriptorOf(file));
+    if (descriptor == noFile)
+        return file;
+    RememberOpenFile(descriptor, FileIdentity(status));
+    file.native = descriptor;
+    if (S_ISREG(status.st_mode))
+        file.left = status.st_size;
     return file;
 }
 

@@ -24,7 +24,8 @@ bool MayGo(const char* path) {
     struct stat entry;
     struct stat file;
     return lstat(path, &entry) == 0 && (S_ISREG(entry.st_mode) || S_ISLNK(entry.st_mode)) &&
-           stat(path, &file) == 0 && S_ISREG(file.st_mode) && !IsHeldOpen(file) && !IsInSystemDirectory(path);
+           stat(path, &file) == 0 && S_ISREG(file.st_mode) && !IsHeldOpen(path, FileIdentity(file)) &&
+           !IsInSystemDirectory(path);
 }
 
 } // namespace

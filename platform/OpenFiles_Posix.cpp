@@ -1,62 +1,73 @@
 // SPDX-License-Identifier: MIT
 #include "platform/OpenFiles_Posix.h"
 
-#include "platform/FileIdentity_Posix.h"
-
 #include <algorithm>
-#include <cerrno>
+#include <climits>
+#include <cstring>
 #include <vector>
 
 namespace platform {
 
 namespace {
 
-std::vector<int> openDescriptors;
-std::vector<FileIdentity> pinnedFiles;
-bool anyFileMayBePinned = false;
+struct OpenFile {
+    int descriptor;
+    FileIdentity identity; // as it was opened: a failing system need not be asked again
+};
 
-bool Names(int descriptor, const FileIdentity& file) {
-    struct stat status;
-    return fstat(descriptor, &status) == 0 && FileIdentity(status) == file;
+std::vector<OpenFile> openFiles;
+std::vector<FileIdentity> pinnedFiles;
+
+// The last path that was pinned. One is enough: a file is moved right after it was read.
+char pinnedPath[PATH_MAX] = "";
+
+bool IsPinned(const FileIdentity& file) {
+    return std::find(pinnedFiles.begin(), pinnedFiles.end(), file) != pinnedFiles.end();
+}
+
+void Pin(const FileIdentity& file) {
+    if (!IsPinned(file))
+        pinnedFiles.push_back(file);
 }
 
 } // namespace
 
 void MakeRoomForOpenFile() {
-    openDescriptors.reserve(openDescriptors.size() + 1);
-    pinnedFiles.reserve(pinnedFiles.size() + 1);
+    openFiles.reserve(openFiles.size() + 1);
+    pinnedFiles.reserve(pinnedFiles.size() + openFiles.size() + 1);
 }
 
-void RememberOpenFile(int descriptor) {
-    openDescriptors.push_back(descriptor);
+void RememberOpenFile(int descriptor, const FileIdentity& file) {
+    openFiles.push_back({descriptor, file});
 }
 
 void PinFile(const char* path) {
     struct stat status;
-    if (stat(path, &status) != 0)
-        anyFileMayBePinned = anyFileMayBePinned || errno != ENOENT;
-    else if (!IsHeldOpen(status))
-        pinnedFiles.emplace_back(status);
+    if (stat(path, &status) == 0)
+        Pin(FileIdentity(status));
+    else
+        PinPath(path);
+}
+
+void PinPath(const char* path) {
+    if (const std::size_t length = std::strlen(path); length < sizeof pinnedPath)
+        std::memcpy(pinnedPath, path, length + 1);
 }
 
 void PinOpenFile(int descriptor) {
-    struct stat status;
-    if (fstat(descriptor, &status) != 0)
-        anyFileMayBePinned = true;
-    else
-        pinnedFiles.emplace_back(status);
+    for (const OpenFile& file : openFiles)
+        if (file.descriptor == descriptor)
+            Pin(file.identity);
 }
 
 void ForgetOpenFile(int descriptor) {
-    std::erase(openDescriptors, descriptor);
+    std::erase_if(openFiles, [&](const OpenFile& file) { return file.descriptor == descriptor; });
 }
 
-bool IsHeldOpen(const struct stat& status) {
-    const FileIdentity file(status);
-    return anyFileMayBePinned ||
-           std::any_of(openDescriptors.begin(), openDescriptors.end(),
-                       [&](int descriptor) { return Names(descriptor, file); }) ||
-           std::find(pinnedFiles.begin(), pinnedFiles.end(), file) != pinnedFiles.end();
+bool IsHeldOpen(const char* path, const FileIdentity& file) {
+    return std::any_of(openFiles.begin(), openFiles.end(),
+                       [&](const OpenFile& open) { return open.identity == file; }) ||
+           IsPinned(file) || std::strcmp(path, pinnedPath) == 0;
 }
 
 } // namespace platform

@@ -4,26 +4,29 @@
 // from being read.
 #pragma once
 
-#include <sys/stat.h>
+#include "platform/FileIdentity_Posix.h"
 
 namespace platform {
 
-// Makes room for one more file, so that the three functions below cannot fail. Throws std::bad_alloc.
+// Makes room for one more file, so that none of the functions below fails. Throws std::bad_alloc.
 void MakeRoomForOpenFile();
 
-void RememberOpenFile(int descriptor);
+void RememberOpenFile(int descriptor, const FileIdentity& file);
 
 // Treats a file as open until the end of the run: it could not be opened because descriptors or memory were
-// used up, or because the disk failed, which says nothing against the file. Where not even the path can be looked at,
-// it might be any file, and every one counts as open from then on.
+// used up, or because the disk failed, which says nothing against the file. Where not even the path can be
+// looked at, PinPath.
 void PinFile(const char* path);
+
+// Treats whatever is at a path as open, until this is called for another one. No other file is concerned.
+void PinPath(const char* path);
 
 // The same for an open file that could not be read to its end.
 void PinOpenFile(int descriptor);
 
 void ForgetOpenFile(int descriptor);
 
-// Whether the file is one of them.
-bool IsHeldOpen(const struct stat& status);
+// Whether the file at this path is one of them.
+bool IsHeldOpen(const char* path, const FileIdentity& file);
 
 } // namespace platform

@@ -79,6 +79,43 @@ class Reading(InjectedCase):
                         self.write("d/a", b"a")
                         self.write("d/b", b"b")
 
+    def test_only_the_file_that_trouble_kept_from_being_looked_at_keeps_its_name(self):
+        names = ["a", "b", "c", "d"]
+        for targets in ([self.path("w")], [os.path.join("w", name) for name in names]):
+            for error in SYSTEM_TROUBLE:
+                kept = 0
+                for number in range(1, 30):
+                    for name in names:
+                        self.write("w/" + name, name.encode())
+                    # Both the opening of a file and the look at what stands in its way fail.
+                    fault = Fault(f"fail open,stat {number} 2 {error}")
+                    output = self.run_with(fault, "-hash=SHA1", "-rename", *targets)
+                    listed = [line for line in output.splitlines()[2:] if not line.startswith("  ")]
+                    left = [name for name in listed if os.path.exists(self.path("w", name))]
+                    self.assertLessEqual(len(left), 1, (fault, targets))
+                    for name in left:
+                        self.assertNotIn("  " + sha1(name.encode()), output, (fault, targets))
+                    kept += len(left)
+                    for directory in (self.path("w"), self.scratch):
+                        for name in os.listdir(directory):
+                            if len(name) >= 40:
+                                path = os.path.join(directory, name)
+                                with open(path, "rb") as file:
+                                    self.check_name(name, file.read(), (fault, targets))
+                                os.unlink(path)
+                self.assertGreater(kept, 0, (error, targets))
+
+    def test_a_file_whose_opening_found_no_memory_keeps_its_name(self):
+        for number in range(1, 60):
+            for name in ("a.txt", "b.txt"):
+                self.write("w/" + name, name.encode())
+            fault = Fault(f"fail malloc {number} 1 {errno.ENOMEM}")
+            self.run_with(fault, "-hash=SHA1", "-rename", self.path("w"))
+            for name in self.names("w"):
+                if name not in ("a.txt", "b.txt"):
+                    self.assertEqual(name, sha1(self.read("w/" + name)) + ".txt", fault)
+                    os.unlink(self.path("w", name))
+
     def test_interrupted_calls_change_nothing(self):
         self.write("f", CONTENTS["a.txt"])
         plain = launcher.run("-hash=ALL", "f", directory=self.scratch).output.decode()

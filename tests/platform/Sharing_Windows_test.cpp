@@ -96,6 +96,7 @@ TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
     EXPECT_FALSE(platform::MoveWithoutReplacing(late.c_str(), scratch.Path("b").c_str()));
     EXPECT_FALSE(platform::RemoveFile(late.c_str()));
     EXPECT_TRUE(std::filesystem::exists(late));
+    EXPECT_TRUE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("c").c_str())); // any other is
 }
 
 TEST_F(Sharing, AFileWithAReadErrorIsNeitherMovedNorRemovedAfterItIsClosed) {
