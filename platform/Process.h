@@ -6,7 +6,8 @@
 
 namespace platform {
 
-// Writes the executable's full path and returns its length; 0 when it cannot be told or does not fit.
+// Writes the executable's full path and returns its length; 0 when it cannot be told. Where it does not
+// fit, `capacity`, and what the buffer holds is of no use.
 std::size_t ExecutablePath(wchar_t* buffer, std::size_t capacity);
 
 // Writes the computer's name; false when it cannot be told or does not fit.

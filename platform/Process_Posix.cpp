@@ -3,6 +3,7 @@
 
 #include "platform/Text.h"
 
+#include <cerrno>
 #include <climits>
 #include <cwchar>
 #include <string_view>
@@ -12,11 +13,12 @@ namespace platform {
 
 std::size_t ExecutablePath(wchar_t* buffer, std::size_t capacity) {
     char path[PATH_MAX];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const bool known = length > 0 && static_cast<std::size_t>(length) < sizeof path;
-    if (!known || !DecodeInto(std::string_view(path, static_cast<std::size_t>(length)), buffer, capacity))
-        return 0;
-    return std::wcslen(buffer);
+    const ssize_t result = readlink("/proc/self/exe", path, sizeof path);
+    if (result <= 0)
+        return errno == ENAMETOOLONG ? capacity : 0;
+    const auto length = static_cast<std::size_t>(result);
+    const bool fits = length < sizeof path && DecodeInto(std::string_view(path, length), buffer, capacity);
+    return fits ? std::wcslen(buffer) : capacity;
 }
 
 bool ComputerName(wchar_t* buffer, std::size_t capacity) {

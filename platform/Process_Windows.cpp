@@ -6,8 +6,7 @@
 namespace platform {
 
 std::size_t ExecutablePath(wchar_t* buffer, std::size_t capacity) {
-    const DWORD length = GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(capacity));
-    return length < capacity ? length : 0; // a path that was cut has the buffer's length
+    return GetModuleFileNameW(nullptr, buffer, static_cast<DWORD>(capacity));
 }
 
 bool ComputerName(wchar_t* buffer, std::size_t capacity) {

@@ -27,13 +27,20 @@ struct Fault {
     const wchar_t* info;
 };
 
-// The path of a file beside the executable. Where the executable's place is not known, the bare name,
-// which is looked up in the current directory.
+// The path of a file beside the executable; an empty one where the executable's directory leaves no room for
+// it. Where the executable's place is not known, the bare name, which is looked up in the current directory.
 void ComposePathBesideExecutable(PathBuffer& path, const wchar_t* name) {
-    const std::size_t length = platform::ExecutablePath(path, std::size(path));
-    path[length] = L'\0';
-    const int separator = ReverseFindNoCase(path, 0, static_cast<int>(length));
-    const std::size_t kept = separator < 0 ? 0 : static_cast<std::size_t>(separator) + 1;
+    wchar_t executable[2 * platform::maxPath]; // any directory that leaves room, and any name
+    const std::size_t length = platform::ExecutablePath(executable, std::size(executable));
+    path[0] = L'\0';
+    if (length == std::size(executable))
+        return;
+    executable[length] = L'\0';
+    const std::size_t kept =
+        static_cast<std::size_t>(ReverseFindNoCase(executable, 0, static_cast<int>(length)) + 1);
+    if (kept >= std::size(path))
+        return;
+    std::wmemcpy(path, executable, kept);
     FormatToBuffer(path + kept, std::size(path) - kept, L"%s", name);
 }
 

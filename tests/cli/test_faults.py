@@ -3,6 +3,7 @@
 import os
 import re
 import resource
+import shutil
 import subprocess
 import unittest
 
@@ -47,6 +48,24 @@ class ErrorLog(faults.FaultCase):
         self.write("work/a.txt", b"abc")
         self.run_short("-hash=MD5", "a.txt")
         self.assertEqual(self.names("bin"), ["Error.log", "fyrn"])
+        self.assertEqual(self.names("work"), ["a.txt"])
+
+    def test_the_log_is_beside_a_program_whose_path_is_long(self):
+        self.write("work/a.txt", b"abc")
+        self.program = shutil.move(self.program, self.path("bin", "f" * 250))
+        self.run_short("-hash=MD5", "a.txt")
+        self.assertEqual(self.names("bin"), ["Error.log", "f" * 250])
+        self.assertEqual(self.names("work"), ["a.txt"])
+
+    def test_a_program_whose_directory_has_too_long_a_path_writes_no_log(self):
+        self.write("work/a.txt", b"abc")
+        deep = os.path.join("bin", "d" * 150, "e" * 150)
+        os.makedirs(self.path(deep))
+        self.program = shutil.move(self.program, self.path(deep, "fyrn"))
+        self.assert_lines(self.run_short("-hash=MD5", "a.txt"), "Hashes: MD5 ", "", "a.txt", "  ")
+        self.assertEqual(self.names(deep), ["fyrn"])
+        self.assertEqual(self.names("bin"), ["d" * 150])
+        self.assertEqual(self.names(os.path.dirname(deep)), ["e" * 150])
         self.assertEqual(self.names("work"), ["a.txt"])
 
     def test_two_faults_append_two_records(self):

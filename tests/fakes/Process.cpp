@@ -29,7 +29,7 @@ namespace platform {
 
 std::size_t ExecutablePath(wchar_t* buffer, std::size_t capacity) {
     const std::wstring& path = fakes::TheProcess().executablePath;
-    return Copy(path, buffer, capacity) ? path.size() : 0;
+    return path.empty() || Copy(path, buffer, capacity) ? path.size() : capacity;
 }
 
 bool ComputerName(wchar_t* buffer, std::size_t capacity) {

@@ -13,11 +13,12 @@ TEST(Process, TheExecutableKnowsItsPath) {
     EXPECT_NE(std::wstring(path).find(L"fyrn_platform_tests"), std::wstring::npos);
 }
 
-TEST(Process, APathThatDoesNotFitIsNotTold) {
+TEST(Process, APathThatDoesNotFitIsSaidToFillTheBuffer) {
     wchar_t path[260];
     const std::size_t length = platform::ExecutablePath(path, 260);
     EXPECT_EQ(platform::ExecutablePath(path, length + 1), length);
-    EXPECT_EQ(platform::ExecutablePath(path, length), 0u);
+    EXPECT_EQ(platform::ExecutablePath(path, length), length);
+    EXPECT_EQ(platform::ExecutablePath(path, 1), 1u);
 }
 
 TEST(Process, TheComputerHasAName) {

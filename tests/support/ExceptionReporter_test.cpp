@@ -140,6 +140,26 @@ TEST_F(ReportExceptionTest, CutsTheLogsNameWhereThePathIsFull) {
     EXPECT_EQ(Text(beside.Directory() / "Erro"), Record("BOX", "(null)") + separatorLine);
 }
 
+TEST_F(ReportExceptionTest, LogsBesideAnExecutableWhoseNameMakesThePathTooLong) {
+    Process().executablePath = beside.Path("") + std::wstring(255, L'x');
+    Report();
+    EXPECT_EQ(LogText(), Record("BOX", "(null)") + separatorLine);
+    EXPECT_TRUE(std::filesystem::is_empty(current.Directory()));
+}
+
+// Neither where the user happens to be, nor in a directory above the executable's.
+TEST_F(ReportExceptionTest, WritesNoLogWhereTheExecutablesDirectoryIsTooLong) {
+    for (const std::size_t directories : {1, 3, 20}) {
+        Process().executablePath = beside.Path("");
+        for (std::size_t i = 0; i < directories; ++i)
+            Process().executablePath += std::wstring(254, L'd') + platform::pathSeparator;
+        Process().executablePath += L"fyrn";
+        EXPECT_EQ(Report(), platform::answerYes);
+        EXPECT_TRUE(std::filesystem::is_empty(beside.Directory())) << directories;
+        EXPECT_TRUE(std::filesystem::is_empty(current.Directory())) << directories;
+    }
+}
+
 TEST_F(ReportExceptionTest, AsksWithoutALogWhereNoneCanBeWritten) {
     std::filesystem::create_directory(beside.Directory() / "Error.log");
     EXPECT_EQ(Report(), platform::answerYes);
