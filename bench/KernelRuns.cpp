@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/KernelRuns.h"
 
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 
 namespace bench {
 namespace {
@@ -12,7 +12,7 @@ using Bytes = const std::uint8_t*;
 template <class Candidates, class Run>
 void Add(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates, Run run) {
     for (const auto& candidate : candidates)
-        if ((candidate.needs & ~kernels::AvailableCpuFeatures()) == 0)
+        if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) == 0)
             runs.push_back({algorithm, candidate.name,
                             [run, kernel = candidate.function](Bytes bytes, std::size_t count) {
                                 run(kernel, bytes, count);
@@ -38,7 +38,7 @@ void AddSkein(std::vector<KernelRun>& runs, const std::string& algorithm, Candid
 }
 
 void AddKeccak(std::vector<KernelRun>& runs, std::size_t rate) {
-    Add(runs, "Keccak-" + std::to_string(rate), kernels::KeccakCandidates(),
+    Add(runs, "Keccak-" + std::to_string(rate), fyrn::kernels::KeccakCandidates(),
         [rate](auto* kernel, Bytes bytes, std::size_t count) {
             std::uint64_t state[25] = {};
             kernel(state, bytes, rate / 8, count / rate);
@@ -47,22 +47,22 @@ void AddKeccak(std::vector<KernelRun>& runs, std::size_t rate) {
 
 // The lowest level of the tree: three quarters of the work on a message.
 void AddMd6(std::vector<KernelRun>& runs, int rounds) {
-    Add(runs, "Md6-" + std::to_string(rounds), kernels::Md6Candidates(),
+    Add(runs, "Md6-" + std::to_string(rounds), fyrn::kernels::Md6Candidates(),
         [rounds](auto* kernel, Bytes bytes, std::size_t count) {
             static const std::uint64_t prefix[23] = {};
             static std::uint8_t chainingValues[longestMessage / 4];
-            kernels::Md6Batch batch{};
+            fyrn::kernels::Md6Batch batch{};
             batch.prefix = prefix;
             batch.rounds = rounds;
             kernel(chainingValues, bytes, count / 512, batch);
         });
 }
 
-kernels::CrcTables MakeCrcTables() {
-    kernels::CrcTables tables{};
+fyrn::kernels::CrcTables MakeCrcTables() {
+    fyrn::kernels::CrcTables tables{};
     for (unsigned int i = 0; i < 256; ++i)
         tables.slices[0][i] = i * 0x01b0000000000000u;
-    kernels::Crc_CompleteTables(tables);
+    fyrn::kernels::Crc_CompleteTables(tables);
     return tables;
 }
 
@@ -70,28 +70,29 @@ kernels::CrcTables MakeCrcTables() {
 
 std::vector<KernelRun> KernelRuns() {
     std::vector<KernelRun> runs;
-    Add(runs, "Blake2b", kernels::Blake2bCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
-        kernels::Blake2bState state{};
-        kernel(state, bytes, count / 128, 128);
-    });
-    Add(runs, "Crc", kernels::CrcCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
-        static const kernels::CrcTables tables = MakeCrcTables();
+    Add(runs, "Blake2b", fyrn::kernels::Blake2bCandidates(),
+        [](auto* kernel, Bytes bytes, std::size_t count) {
+            fyrn::kernels::Blake2bState state{};
+            kernel(state, bytes, count / 128, 128);
+        });
+    Add(runs, "Crc", fyrn::kernels::CrcCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
+        static const fyrn::kernels::CrcTables tables = MakeCrcTables();
         kernel(tables, 0, bytes, count);
     });
     for (const unsigned int rate : {72u, 104u, 136u, 144u, 168u})
         AddKeccak(runs, rate);
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", kernels::Md4Candidates());
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", kernels::Md5Candidates());
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", fyrn::kernels::Md4Candidates());
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", fyrn::kernels::Md5Candidates());
     for (const int rounds : {72, 104, 168})
         AddMd6(runs, rounds);
-    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", kernels::Sha1Candidates());
-    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", kernels::Sha256Candidates());
-    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", kernels::Sha512Candidates());
-    AddSkein<4>(runs, "Skein256", kernels::Skein256Candidates());
-    AddSkein<8>(runs, "Skein512", kernels::Skein512Candidates());
-    AddSkein<16>(runs, "Skein1024", kernels::Skein1024Candidates());
-    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", kernels::TigerCandidates());
-    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", kernels::WhirlpoolCandidates());
+    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", fyrn::kernels::Sha1Candidates());
+    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", fyrn::kernels::Sha256Candidates());
+    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", fyrn::kernels::Sha512Candidates());
+    AddSkein<4>(runs, "Skein256", fyrn::kernels::Skein256Candidates());
+    AddSkein<8>(runs, "Skein512", fyrn::kernels::Skein512Candidates());
+    AddSkein<16>(runs, "Skein1024", fyrn::kernels::Skein1024Candidates());
+    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", fyrn::kernels::TigerCandidates());
+    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", fyrn::kernels::WhirlpoolCandidates());
     return runs;
 }
 

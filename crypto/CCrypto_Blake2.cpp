@@ -3,8 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 #include "support/StringHelper.h"
 
@@ -49,8 +49,8 @@ bool CCrypto_Blake2::Blake2_Initialize(unsigned char digestLength) {
         digestLength_ = digestLength;
         const ParameterBlock parameters(digestLength);
         for (std::size_t i = 0; i < std::size(state_.chain); ++i)
-            state_.chain[i] = kernels::blake2bInitialValues[i] ^
-                              kernels::LoadLittle<std::uint64_t>(parameters.bytes + 8 * i);
+            state_.chain[i] = fyrn::kernels::blake2bInitialValues[i] ^
+                              fyrn::kernels::LoadLittle<std::uint64_t>(parameters.bytes + 8 * i);
         return true;
     }
     CATCH_SITE_AT(218, "bool __cdecl CCrypto_Blake2::Blake2_Initialize(unsigned char)")
@@ -63,7 +63,7 @@ void CCrypto_Blake2::Blake2_Update(const unsigned char* bytes, std::uint64_t cou
             return;
         auto left = static_cast<std::size_t>(count);
         if (bufferedLength_ + count > blockSize) {
-            const auto compress = kernels::Kernels().blake2b;
+            const auto compress = fyrn::kernels::Kernels().blake2b;
             const std::size_t room = blockSize - bufferedLength_;
             std::memcpy(buffer_ + bufferedLength_, bytes, room);
             compress(state_, buffer_, 1, blockSize);
@@ -86,11 +86,11 @@ bool CCrypto_Blake2::Blake2_Final(unsigned char* digest, unsigned char length) {
             return false;
         state_.flags[0] = allOnes;
         std::memset(buffer_ + bufferedLength_, 0, blockSize - bufferedLength_);
-        kernels::Kernels().blake2b(state_, buffer_, 1, bufferedLength_);
+        fyrn::kernels::Kernels().blake2b(state_, buffer_, 1, bufferedLength_);
 
         unsigned char local[maxDigestLength];
         for (std::size_t i = 0; i < std::size(state_.chain); ++i)
-            kernels::StoreLittle(local + 8 * i, state_.chain[i]);
+            fyrn::kernels::StoreLittle(local + 8 * i, state_.chain[i]);
         // A caller without room for the digest gets none of it: the guarded move then goes from the local
         // block onto itself and leaves only its warning.
         unsigned char* const target = length < digestLength_ ? local : digest;

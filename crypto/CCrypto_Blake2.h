@@ -2,7 +2,7 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "crypto/kernels/Blake2b.h"
+#include "hash/kernels/Blake2b.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,7 +47,7 @@ class CCrypto_Blake2 {
   private:
     friend class Blake2TestPeer;
 
-    kernels::Blake2bState state_{};
+    fyrn::kernels::Blake2bState state_{};
     unsigned char buffer_[128] = {};
     std::size_t bufferedLength_ = 0; // 0 to 128
     std::uint32_t digestLength_ = 0;

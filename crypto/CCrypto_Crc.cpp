@@ -3,8 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -59,11 +59,11 @@ void CCrypto_Crc::Crc64_SetPolynomial(std::uint64_t polynomial, std::uint64_t va
 
 // Most runs hash no file with this width, so the program's start does not wait for these tables.
 template <class Word>
-const kernels::CrcTables& CCrypto_Crc::KernelTables(Parameters<Word>& parameters) {
-    kernels::CrcTables& tables = parameters.kernelTables;
+const fyrn::kernels::CrcTables& CCrypto_Crc::KernelTables(Parameters<Word>& parameters) {
+    fyrn::kernels::CrcTables& tables = parameters.kernelTables;
     if (!parameters.kernelTablesReady) {
         std::copy(std::begin(parameters.table), std::end(parameters.table), tables.slices[0]);
-        kernels::Crc_CompleteTables(tables);
+        fyrn::kernels::Crc_CompleteTables(tables);
         parameters.kernelTablesReady = true;
     }
     return tables;
@@ -75,11 +75,11 @@ bool CCrypto_Crc::HashFile(Parameters<Word>& parameters, const wchar_t* path, Wo
     return engine_frame::HashFile(
         path, crc, readBufferSize, *this, [&] { accumulator = parameters.value; },
         [&](const unsigned char* bytes, std::size_t count) {
-            accumulator = kernels::Kernels().crc(KernelTables(parameters), accumulator, bytes, count);
+            accumulator = fyrn::kernels::Kernels().crc(KernelTables(parameters), accumulator, bytes, count);
         },
         [&] {
             const Word result = static_cast<Word>(accumulator ^ parameters.value);
-            kernels::StoreBig(reinterpret_cast<unsigned char*>(crc), result);
+            fyrn::kernels::StoreBig(reinterpret_cast<unsigned char*>(crc), result);
         });
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "crypto/kernels/Crc.h"
+#include "hash/kernels/Crc.h"
 
 #include <cstdint>
 #include <string>
@@ -40,13 +40,13 @@ class CCrypto_Crc : public CCrypto_Salt {
         Word polynomial;
         Word value; // start and final value
         bool kernelTablesReady;
-        kernels::CrcTables kernelTables; // derived from the table when a file is first hashed
+        fyrn::kernels::CrcTables kernelTables; // derived from the table when a file is first hashed
     };
 
     template <class Word>
     static void SetPolynomial(Parameters<Word>& parameters, Word polynomial, Word value);
     template <class Word>
-    static const kernels::CrcTables& KernelTables(Parameters<Word>& parameters);
+    static const fyrn::kernels::CrcTables& KernelTables(Parameters<Word>& parameters);
     template <class Word>
     bool HashFile(Parameters<Word>& parameters, const wchar_t* path, Word* crc) const;
 

@@ -3,7 +3,7 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -29,21 +29,21 @@ void CCrypto_Md5::ResetContext() {
 
 void CCrypto_Md5::DoBlock(const unsigned char* bytes, unsigned int count) {
     try {
-        context_.Absorb(bytes, count, kernels::Kernels().md5);
+        context_.Absorb(bytes, count, fyrn::kernels::Kernels().md5);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::DoBlock(const unsigned char *,unsigned int)")
 }
 
 void CCrypto_Md5::Transform(const unsigned char* block) {
     try {
-        kernels::Kernels().md5(context_.state, block, 1);
+        fyrn::kernels::Kernels().md5(context_.state, block, 1);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::Transform(const unsigned char *)")
 }
 
 void CCrypto_Md5::Finalize() {
     try {
-        context_.Finish(kernels::Kernels().md5);
+        context_.Finish(fyrn::kernels::Kernels().md5);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::Finalize(void)")
 }

@@ -3,8 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -82,7 +82,7 @@ void CCrypto_Md6::TakeKey() {
     if (keyLength_ > 0)
         std::memcpy(bytes, SaltBytes(), static_cast<std::size_t>(keyLength_));
     for (int i = 0; i < 8; ++i)
-        key_[i] = kernels::LoadBig<std::uint64_t>(bytes + 8 * i);
+        key_[i] = fyrn::kernels::LoadBig<std::uint64_t>(bytes + 8 * i);
 }
 
 // Full level-1 nodes are compressed straight from the data, but never the last: only the data that goes on
@@ -118,18 +118,18 @@ int CCrypto_Md6::Md6_Update(const unsigned char* data, std::uint64_t bitCount) {
 int CCrypto_Md6::PassOn(int ell, const unsigned char* nodes, std::uint32_t count, std::uint32_t padding) {
     if (ell >= stackHeight - 1)
         return md6LevelTooHigh;
-    std::uint64_t prefix[kernels::md6PrefixWords];
+    std::uint64_t prefix[fyrn::kernels::md6PrefixWords];
     std::copy_n(key_, 8, std::copy_n(constantQ, 15, prefix));
     const auto control = [this](std::uint32_t p) {
         return ControlWord(rounds_, modeParameter, false, p, keyLength_, d_);
     };
     unsigned char values[Md6Level::maxNodes * valueBytes];
-    kernels::Kernels().md6(values, nodes, count,
-                           {.prefix = prefix,
-                            .firstId = NodeId(ell, levels_[ell].NextIndex()),
-                            .control = control(0),
-                            .lastControl = control(padding),
-                            .rounds = rounds_});
+    fyrn::kernels::Kernels().md6(values, nodes, count,
+                                 {.prefix = prefix,
+                                  .firstId = NodeId(ell, levels_[ell].NextIndex()),
+                                  .control = control(0),
+                                  .lastControl = control(padding),
+                                  .rounds = rounds_});
     levels_[ell].CountNodes(count);
     return AppendValues(ell + 1, values, count);
 }
@@ -195,7 +195,7 @@ int CCrypto_Md6::ProcessSettled(int ell, bool final) {
     if (const int result = CompressSettled(C, ell, root); result != md6Success)
         return result;
     for (std::size_t i = 0; i < std::size(C); ++i)
-        kernels::StoreBig(bytes + 8 * i, C[i]);
+        fyrn::kernels::StoreBig(bytes + 8 * i, C[i]);
     if (root) {
         std::memcpy(hashValue_, bytes, sizeof hashValue_);
         return md6Success;
@@ -221,7 +221,7 @@ int CCrypto_Md6::CompressSettled(std::uint64_t* C, int ell, bool z) {
     const auto p = static_cast<int>(level.Padding());
     const unsigned char* const data = level.PaddedData();
     for (std::size_t i = 0; i < std::size(B); ++i)
-        B[i] = kernels::LoadBig<std::uint64_t>(data + 8 * i);
+        B[i] = fyrn::kernels::LoadBig<std::uint64_t>(data + 8 * i);
     const int result = Md6_CompressStandard(C, constantQ, key_, ell, level.NextIndex(), rounds_,
                                             modeParameter, z, p, keyLength_, d_, B);
     if (result != md6Success)
@@ -256,7 +256,7 @@ int CCrypto_Md6::Md6_CompressStandard(std::uint64_t* C, const std::uint64_t* Q, 
         if (!Within(d, 1, maxDigestBits))
             return md6BadDigestLength;
 
-        std::uint64_t N[kernels::md6InputWords];
+        std::uint64_t N[fyrn::kernels::md6InputWords];
         std::uint64_t* const ids = std::copy_n(K, 8, std::copy_n(Q, 15, N));
         ids[0] = NodeId(ell, i);
         ids[1] = ControlWord(r, L, z, static_cast<std::uint32_t>(p), keylen, d);
@@ -277,14 +277,14 @@ int CCrypto_Md6::Md6_Compress(std::uint64_t* C, const std::uint64_t* N, int r) {
             return md6NullInput;
         if (!Within(r, 0, 255))
             return md6BadRounds;
-        const std::uint64_t* const ids = N + kernels::md6PrefixWords;
-        unsigned char node[kernels::md6NodeSize];
-        unsigned char value[kernels::md6ChainingValueSize];
+        const std::uint64_t* const ids = N + fyrn::kernels::md6PrefixWords;
+        unsigned char node[fyrn::kernels::md6NodeSize];
+        unsigned char value[fyrn::kernels::md6ChainingValueSize];
         for (std::size_t i = 0; i < sizeof node / 8; ++i)
-            kernels::StoreBig(node + 8 * i, ids[2 + i]);
-        kernels::Kernels().md6(value, node, 1, {N, ids[0], ids[1], ids[1], r});
+            fyrn::kernels::StoreBig(node + 8 * i, ids[2 + i]);
+        fyrn::kernels::Kernels().md6(value, node, 1, {N, ids[0], ids[1], ids[1], r});
         for (std::size_t i = 0; i < sizeof value / 8; ++i)
-            C[i] = kernels::LoadBig<std::uint64_t>(value + 8 * i);
+            C[i] = fyrn::kernels::LoadBig<std::uint64_t>(value + 8 * i);
         return md6Success;
     }
     CATCH_SITE("int __cdecl CCrypto_Md6::Md6_Compress(unsigned __int64 *,const unsigned __int64 *,int)")

@@ -4,7 +4,7 @@
 #include "crypto/CCrypto_Sha_Sponge.h"
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 namespace {
@@ -156,5 +156,5 @@ bool CCrypto_Sha::GetSha3_FromFileAsString(const wchar_t* path, unsigned short b
 
 void CCrypto_Sha::Keccak_AbsorbBlock(std::uint64_t state[25], const unsigned char* input, std::size_t lanes,
                                      std::size_t blocks) {
-    kernels::Kernels().keccak(state, input, lanes, blocks);
+    fyrn::kernels::Kernels().keccak(state, input, lanes, blocks);
 }

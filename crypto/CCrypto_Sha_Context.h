@@ -4,8 +4,8 @@
 #pragma once
 
 #include "crypto/SecureWipe.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -33,7 +33,7 @@ struct Sha1 {
     static constexpr std::size_t digestSize = 20;
     static constexpr unsigned int burnCount = 104;
     static void Compress(Word* state, const unsigned char* blocks, std::size_t count) {
-        kernels::Kernels().sha1(state, blocks, count);
+        fyrn::kernels::Kernels().sha1(state, blocks, count);
     }
 };
 
@@ -45,7 +45,7 @@ struct Sha256 {
     static constexpr std::size_t digestSize = 32;
     static constexpr unsigned int burnCount = 328;
     static void Compress(Word* state, const unsigned char* blocks, std::size_t count) {
-        kernels::Kernels().sha256(state, blocks, count);
+        fyrn::kernels::Kernels().sha256(state, blocks, count);
     }
 };
 
@@ -58,7 +58,7 @@ struct Sha512 {
     static constexpr std::size_t digestSize = 64;
     static constexpr unsigned int burnCount = 768;
     static void Compress(Word* state, const unsigned char* blocks, std::size_t count) {
-        kernels::Kernels().sha512(state, blocks, count);
+        fyrn::kernels::Kernels().sha512(state, blocks, count);
     }
 };
 
@@ -154,9 +154,9 @@ void Context<Function>::PadBuffer(std::size_t size) {
 template <class Function>
 void Context<Function>::StoreMessageLength(std::uint64_t blocks, std::size_t fill) {
     const std::uint64_t low = (blocks * blockSize + fill) * 8;
-    kernels::StoreBig(buffer_ + blockSize - 8, low);
+    fyrn::kernels::StoreBig(buffer_ + blockSize - 8, low);
     if constexpr (lengthSize == 16)
-        kernels::StoreBig(buffer_ + blockSize - 16, blocks >> 54); // 2^10 bits to a block
+        fyrn::kernels::StoreBig(buffer_ + blockSize - 16, blocks >> 54); // 2^10 bits to a block
 }
 
 template <class Function>
@@ -174,7 +174,7 @@ void Context<Function>::Finalize(unsigned char digest[Function::digestSize]) {
     fill_ = blockSize;
     CompressFullBuffer();
     for (std::size_t i = 0; i < std::size(state_); ++i)
-        kernels::StoreBig(buffer_ + sizeof(Word) * i, state_[i]);
+        fyrn::kernels::StoreBig(buffer_ + sizeof(Word) * i, state_[i]);
     std::memcpy(digest, buffer_, Function::digestSize);
 }
 

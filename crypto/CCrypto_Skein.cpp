@@ -3,9 +3,9 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
-#include "crypto/kernels/SkeinInitialValue.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
+#include "hash/kernels/SkeinInitialValue.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -22,23 +22,23 @@ template <std::size_t words>
 using Context = CCrypto_Skein::Context<words>;
 
 template <std::size_t words>
-constexpr std::array<std::uint64_t, words> initialValue = kernels::SkeinInitialValue<words>();
+constexpr std::array<std::uint64_t, words> initialValue = fyrn::kernels::SkeinInitialValue<words>();
 
 // Starts a stage of the chaining: position 0, the first flag and the stage's own flags and type.
 template <std::size_t words>
 void StartStage(Context<words>& context, std::uint64_t typeAndFlags) {
     context.tweak[0] = 0;
-    context.tweak[1] = kernels::skein_tweak::first | typeAndFlags;
+    context.tweak[1] = fyrn::kernels::skein_tweak::first | typeAndFlags;
     context.buffered = 0;
 }
 
 template <std::size_t words>
 void ProcessBlock(Context<words>& context, const unsigned char* blocks, std::size_t count,
                   std::size_t added) {
-    const kernels::KernelSet& kernels = kernels::Kernels();
-    kernels::SkeinBlocks* const absorb = words == 4   ? kernels.skein256
-                                         : words == 8 ? kernels.skein512
-                                                      : kernels.skein1024;
+    const fyrn::kernels::KernelSet& kernels = fyrn::kernels::Kernels();
+    fyrn::kernels::SkeinBlocks* const absorb = words == 4   ? kernels.skein256
+                                               : words == 8 ? kernels.skein512
+                                                            : kernels.skein1024;
     absorb(context.chain, context.tweak, blocks, count, added);
 }
 
@@ -48,7 +48,7 @@ bool Init(Context<words>* context) {
         return false;
     context->hashBitLength = 64 * words;
     std::copy(initialValue<words>.begin(), initialValue<words>.end(), context->chain);
-    StartStage(*context, kernels::skein_tweak::message);
+    StartStage(*context, fyrn::kernels::skein_tweak::message);
     return true;
 }
 
@@ -81,10 +81,10 @@ template <std::size_t words>
 void Output(Context<words>& context, unsigned char* digest) {
     const auto chain = std::to_array(context.chain);
     std::memset(context.buffer, 0, sizeof context.buffer);
-    StartStage(context, kernels::skein_tweak::final | kernels::skein_tweak::output);
+    StartStage(context, fyrn::kernels::skein_tweak::final | fyrn::kernels::skein_tweak::output);
     ProcessBlock(context, context.buffer, 1, sizeof(std::uint64_t));
     for (std::size_t i = 0; i < words; ++i)
-        kernels::StoreLittle(digest + 8 * i, context.chain[i]);
+        fyrn::kernels::StoreLittle(digest + 8 * i, context.chain[i]);
     std::copy(chain.begin(), chain.end(), context.chain);
 }
 
@@ -92,7 +92,7 @@ template <std::size_t words>
 bool Final(Context<words>* context, unsigned char* digest) {
     if (context == nullptr || digest == nullptr)
         return false;
-    context->tweak[1] |= kernels::skein_tweak::final;
+    context->tweak[1] |= fyrn::kernels::skein_tweak::final;
     std::memset(context->buffer + context->buffered, 0, sizeof context->buffer - context->buffered);
     ProcessBlock(*context, context->buffer, 1, context->buffered);
     Output(*context, digest);

@@ -3,8 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ void CCrypto_Tiger::Tiger_Initialize() {
 }
 
 void CCrypto_Tiger::Tiger_Compress(const unsigned char* block) {
-    kernels::Kernels().tiger(state_, block, 1);
+    fyrn::kernels::Kernels().tiger(state_, block, 1);
 }
 
 void CCrypto_Tiger::Tiger_Transform(const unsigned char* data, std::uint64_t length) {
@@ -40,7 +40,7 @@ void CCrypto_Tiger::Tiger_Transform(const unsigned char* data, std::uint64_t len
             return;
         Tiger_Compress(buffer_);
         const auto whole = static_cast<std::size_t>((length - filling) / blockSize);
-        kernels::Kernels().tiger(state_, data + filling, whole);
+        fyrn::kernels::Kernels().tiger(state_, data + filling, whole);
         const std::size_t compressed = filling + whole * blockSize;
         length_ += compressed; // of this call's data alone: the quirk
         buffered_ = static_cast<std::uint8_t>(length - compressed);
@@ -59,7 +59,7 @@ void CCrypto_Tiger::Tiger_Finalize() {
             Tiger_Compress(buffer_);
             std::memset(buffer_, 0, lengthPosition);
         }
-        kernels::StoreLittle(buffer_ + lengthPosition, total * 8);
+        fyrn::kernels::StoreLittle(buffer_ + lengthPosition, total * 8);
         Tiger_Compress(buffer_);
         buffered_ = 0;
     }
@@ -69,7 +69,7 @@ void CCrypto_Tiger::Tiger_Finalize() {
 void CCrypto_Tiger::CopyDigest(unsigned char* digest, unsigned int count) const {
     unsigned char bytes[sizeof state_];
     for (unsigned int i = 0; i < 3; ++i)
-        kernels::StoreLittle(bytes + 8 * i, state_[i]);
+        fyrn::kernels::StoreLittle(bytes + 8 * i, state_[i]);
     std::memcpy(digest, bytes, count);
 }
 

@@ -3,8 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "crypto/kernels/ByteOrder.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/ByteOrder.h"
+#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <cstring>
@@ -36,7 +36,7 @@ void CCrypto_Whirlpool::Initialize() {
 }
 
 void CCrypto_Whirlpool::Transform() {
-    kernels::Kernels().whirlpool(hash_, buffer_, 1);
+    fyrn::kernels::Kernels().whirlpool(hash_, buffer_, 1);
 }
 
 // The number of bits is a product of 32 bits with a sign: from 268,435,456 bytes in one call on it is not the
@@ -76,7 +76,7 @@ void CCrypto_Whirlpool::AddWholeBytes(const unsigned char* bytes, int length) {
     }
     if (length >= blockSize) {
         const int whole = length / blockSize;
-        kernels::Kernels().whirlpool(hash_, bytes, static_cast<std::size_t>(whole));
+        fyrn::kernels::Kernels().whirlpool(hash_, bytes, static_cast<std::size_t>(whole));
         bytes += whole * blockSize;
         length %= blockSize;
     }
@@ -115,7 +115,7 @@ void CCrypto_Whirlpool::Finalize() {
         std::memcpy(buffer_ + lengthPosition, bitLength_, sizeof bitLength_);
         Transform();
         for (std::size_t i = 0; i < std::size(hash_); ++i)
-            kernels::StoreBig(digest_ + 8 * i, hash_[i]);
+            fyrn::kernels::StoreBig(digest_ + 8 * i, hash_[i]);
     }
     CATCH_SITE("void __cdecl CCrypto_Whirlpool::Finalize(void)")
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/Md4Md5Context.h"
 
-#include "crypto/kernels/ByteOrder.h"
+#include "hash/kernels/ByteOrder.h"
 
 #include <algorithm>
 #include <iterator>
@@ -34,14 +34,14 @@ void Md4Md5Context::Absorb(const unsigned char* bytes, unsigned int count, Compr
 void Md4Md5Context::Finish(Compress* compress) {
     static constexpr unsigned char padding[blockSize] = {0x80};
     unsigned char length[8];
-    kernels::StoreLittle(length, bitCountLow);
-    kernels::StoreLittle(length + 4, bitCountHigh);
+    fyrn::kernels::StoreLittle(length, bitCountLow);
+    fyrn::kernels::StoreLittle(length + 4, bitCountHigh);
 
     const unsigned int index = Buffered();
     Absorb(padding, index < 56 ? 56 - index : 120 - index, compress);
     Absorb(length, sizeof length, compress);
     for (std::size_t i = 0; i < std::size(state); ++i)
-        kernels::StoreLittle(digest + 4 * i, state[i]);
+        fyrn::kernels::StoreLittle(digest + 4 * i, state[i]);
 }
 
 void Md4Md5Context::CountBytes(unsigned int count) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Every kernel that this machine can run against the portable one, from any state, at any alignment.
 // Input: algorithm, count of blocks, alignment, a word for what is special, state, blocks.
-#include "crypto/kernels/KernelSelect.h"
 #include "fuzz/FuzzInput.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include <algorithm>
 #include <memory>
@@ -37,7 +37,7 @@ void Compare(const Candidates& candidates, const State& start, Run run) {
     State expected = start;
     run(candidates.back().function, expected);
     for (const auto& candidate : candidates) {
-        if ((candidate.needs & ~kernels::AvailableCpuFeatures()) != 0)
+        if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) != 0)
             continue;
         State state = start;
         run(candidate.function, state);
@@ -80,9 +80,9 @@ void Skein(const Case& given, const Candidates& candidates) {
 }
 
 void Blake2b(const Case& given) {
-    const auto start = given.input.Take<kernels::Blake2bState>();
+    const auto start = given.input.Take<fyrn::kernels::Blake2bState>();
     const Blocks blocks(given.input, given.count * 128, given.alignment);
-    Compare(kernels::Blake2bCandidates(), start, [&](auto* kernel, kernels::Blake2bState& state) {
+    Compare(fyrn::kernels::Blake2bCandidates(), start, [&](auto* kernel, fyrn::kernels::Blake2bState& state) {
         kernel(state, blocks.Begin(), given.count, given.special);
     });
 }
@@ -92,60 +92,62 @@ void Keccak(const Case& given) {
     const auto lanes = static_cast<std::size_t>(given.special % 26);
     const auto start = given.input.Take<State>();
     const Blocks blocks(given.input, given.count * lanes * 8, given.alignment);
-    Compare(kernels::KeccakCandidates(), start,
+    Compare(fyrn::kernels::KeccakCandidates(), start,
             [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), lanes, given.count); });
 }
 
-void FillTables(std::uint64_t polynomial, kernels::CrcTables& tables) {
+void FillTables(std::uint64_t polynomial, fyrn::kernels::CrcTables& tables) {
     for (std::uint64_t byte = 0; byte < 256; ++byte) {
         std::uint64_t value = byte;
         for (int bit = 0; bit < 8; ++bit)
             value = value >> 1 ^ ((value & 1) != 0 ? polynomial : 0);
         tables.slices[0][byte] = value;
     }
-    kernels::Crc_CompleteTables(tables);
+    fyrn::kernels::Crc_CompleteTables(tables);
 }
 
 // Any polynomial, and any number of bytes.
 void Crc(const Case& given) {
-    static kernels::CrcTables tables;
+    static fyrn::kernels::CrcTables tables;
     FillTables(given.special, tables);
     const auto start = given.input.Take<std::uint64_t>();
     const std::size_t count = given.count * 64 + given.input.Take<std::uint8_t>() % 64u;
     const Blocks blocks(given.input, count, given.alignment);
-    Compare(kernels::CrcCandidates(), start,
+    Compare(fyrn::kernels::CrcCandidates(), start,
             [&](auto* kernel, std::uint64_t& crc) { crc = kernel(tables, crc, blocks.Begin(), count); });
 }
 
 void Md6(const Case& given) {
     struct State {
-        std::uint8_t values[maxBlocks * kernels::md6ChainingValueSize];
+        std::uint8_t values[maxBlocks * fyrn::kernels::md6ChainingValueSize];
     };
-    const auto prefix = given.input.Take<Words<std::uint64_t, kernels::md6PrefixWords>>();
-    kernels::Md6Batch batch{};
+    const auto prefix = given.input.Take<Words<std::uint64_t, fyrn::kernels::md6PrefixWords>>();
+    fyrn::kernels::Md6Batch batch{};
     batch.prefix = prefix.words;
     batch.firstId = given.input.Take<std::uint64_t>();
     batch.control = given.input.Take<std::uint64_t>();
     batch.lastControl = given.special;
     batch.rounds = given.input.Take<std::uint8_t>();
-    const Blocks nodes(given.input, given.count * kernels::md6NodeSize, given.alignment);
-    Compare(kernels::Md6Candidates(), State{},
+    const Blocks nodes(given.input, given.count * fyrn::kernels::md6NodeSize, given.alignment);
+    Compare(fyrn::kernels::Md6Candidates(), State{},
             [&](auto* kernel, State& state) { kernel(state.values, nodes.Begin(), given.count, batch); });
 }
 
 using Words32x4 = Words<std::uint32_t, 4>;
 
 constexpr void (*algorithms[])(const Case& given) = {
-    [](const Case& given) { Plain<Words32x4, 64>(given, kernels::Md4Candidates()); },
-    [](const Case& given) { Plain<Words32x4, 64>(given, kernels::Md5Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint32_t, 5>, 64>(given, kernels::Sha1Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint32_t, 8>, 64>(given, kernels::Sha256Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 128>(given, kernels::Sha512Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint64_t, 3>, 64>(given, kernels::TigerCandidates()); },
-    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 64>(given, kernels::WhirlpoolCandidates()); },
-    [](const Case& given) { Skein<4>(given, kernels::Skein256Candidates()); },
-    [](const Case& given) { Skein<8>(given, kernels::Skein512Candidates()); },
-    [](const Case& given) { Skein<16>(given, kernels::Skein1024Candidates()); },
+    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::Md4Candidates()); },
+    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::Md5Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::Sha1Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::Sha256Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::Sha512Candidates()); },
+    [](const Case& given) { Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::TigerCandidates()); },
+    [](const Case& given) {
+        Plain<Words<std::uint64_t, 8>, 64>(given, fyrn::kernels::WhirlpoolCandidates());
+    },
+    [](const Case& given) { Skein<4>(given, fyrn::kernels::Skein256Candidates()); },
+    [](const Case& given) { Skein<8>(given, fyrn::kernels::Skein512Candidates()); },
+    [](const Case& given) { Skein<16>(given, fyrn::kernels::Skein1024Candidates()); },
     Blake2b,
     Keccak,
     Crc,

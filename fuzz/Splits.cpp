@@ -6,8 +6,8 @@
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Tiger.h"
 #include "crypto/Md4Md5Context.h"
-#include "crypto/kernels/KernelSelect.h"
 #include "fuzz/FuzzInput.h"
+#include "hash/kernels/KernelSelect.h"
 #include "tests/helpers/RowReference.h"
 #include "tests/helpers/WhirlpoolTestPeer.h"
 #include "tests/reference/Tiger.h"
@@ -31,11 +31,11 @@ Bytes Md4Md5(const Pieces& pieces, Md4Md5Context::Compress* compress) {
 }
 
 Bytes Md4(const Pieces& pieces) {
-    return Md4Md5(pieces, kernels::Kernels().md4);
+    return Md4Md5(pieces, fyrn::kernels::Kernels().md4);
 }
 
 Bytes Md5(const Pieces& pieces) {
-    return Md4Md5(pieces, kernels::Kernels().md5);
+    return Md4Md5(pieces, fyrn::kernels::Kernels().md5);
 }
 
 template <class Function>

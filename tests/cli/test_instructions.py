@@ -9,7 +9,7 @@ import unittest
 
 from launcher import INSTRUMENTED, PROGRAM
 
-KERNEL = re.compile(r"kernels::\w+_X86\w+\(")
+KERNEL = re.compile(r"fyrn::kernels::\w+_X86\w+\(")
 
 # By their names: the three-operand forms of AVX and AVX-512 all begin with v, BMI1 and BMI2, SHA, PCLMULQDQ, and what
 # SSE3 to SSE4.2 added. (BSF with a prefix is TZCNT on newer processors, and meant to run on both.)
@@ -60,7 +60,7 @@ class Instructions(unittest.TestCase):
         self.assertEqual([name for name, used in kernels.items() if not used], [])
 
     def test_portable_kernels_are_there(self):
-        portable = [name for name in self.found if re.match(r"kernels::\w+_Portable\(", name)]
+        portable = [name for name in self.found if re.match(r"fyrn::kernels::\w+_Portable\(", name)]
         self.assertGreaterEqual(len(portable), 14)
 
 

@@ -6,7 +6,7 @@
 
 class Blake2TestPeer {
   public:
-    static kernels::Blake2bState& State(CCrypto_Blake2& engine) { return engine.state_; }
+    static fyrn::kernels::Blake2bState& State(CCrypto_Blake2& engine) { return engine.state_; }
     static std::uint64_t Buffered(const CCrypto_Blake2& engine) { return engine.bufferedLength_; }
 };
 
@@ -114,7 +114,7 @@ TEST(Blake2, OneFullBlockWaitsForTheEnd) {
     CCrypto_Blake2 engine(nullptr);
     engine.Blake2_Initialize(64);
     engine.Blake2_Update(message.data(), 128);
-    const kernels::Blake2bState& state = Blake2TestPeer::State(engine);
+    const fyrn::kernels::Blake2bState& state = Blake2TestPeer::State(engine);
     EXPECT_EQ(Blake2TestPeer::Buffered(engine), 128u);
     EXPECT_EQ(state.counter[0], 0u) << "nothing is compressed yet";
     std::uint8_t digest[64];

@@ -104,7 +104,7 @@ TEST(BurnStack, ClearsTheWordsThatACompressionLeaves) {
     const helpers::Bytes block = helpers::PseudoRandomBytes(128, 7);
     std::uint64_t w[80];
     for (std::size_t t = 0; t < 16; ++t)
-        w[t] = kernels::LoadBig<std::uint64_t>(block.data() + 8 * t);
+        w[t] = fyrn::kernels::LoadBig<std::uint64_t>(block.data() + 8 * t);
     for (std::size_t t = 16; t < 80; ++t) {
         const std::uint64_t x = w[t - 15];
         const std::uint64_t y = w[t - 2];
@@ -113,12 +113,12 @@ TEST(BurnStack, ClearsTheWordsThatACompressionLeaves) {
     }
     std::uint64_t state[8] = {};
     FillStack();
-    CallDeeper([&] { kernels::Sha512_Blocks_Portable(state, block.data(), 1); });
+    CallDeeper([&] { fyrn::kernels::Sha512_Blocks_Portable(state, block.data(), 1); });
     EXPECT_GT(CountOnStack(w + 64, 16), 0u) << "a compression leaves words of the schedule";
 
     FillStack();
     CallDeeper([&] {
-        kernels::Sha512_Blocks_Portable(state, block.data(), 1);
+        fyrn::kernels::Sha512_Blocks_Portable(state, block.data(), 1);
         sha::BurnStack<768>();
     });
     EXPECT_EQ(CountOnStack(w + 64, 16), 0u);

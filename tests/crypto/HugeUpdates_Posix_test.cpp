@@ -8,7 +8,7 @@
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Tiger.h"
 #include "crypto/Md4Md5Context.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "tests/helpers/Bytes.h"
 #include "tests/helpers/WhirlpoolTestPeer.h"
 
@@ -66,10 +66,10 @@ struct Md4OrMd5 {
         context.SetInitialState();
     }
     void Update(const unsigned char* bytes, std::size_t count) {
-        context.Absorb(bytes, static_cast<unsigned int>(count), kernels::Kernels().*compress);
+        context.Absorb(bytes, static_cast<unsigned int>(count), fyrn::kernels::Kernels().*compress);
     }
     helpers::Bytes Final() {
-        context.Finish(kernels::Kernels().*compress);
+        context.Finish(fyrn::kernels::Kernels().*compress);
         return {context.digest, context.digest + 16};
     }
 };
@@ -166,11 +166,11 @@ class KnownBugsOfOthersSlow : public testing::Test {
 };
 
 TEST_F(KnownBugsOfOthersSlow, AnUpdateOfNearly2To32BytesAfterAPartialBlockOfMd4) {
-    ExpectNoOverflow<Md4OrMd5<&kernels::KernelSet::md4>>(nearly32Bits);
+    ExpectNoOverflow<Md4OrMd5<&fyrn::kernels::KernelSet::md4>>(nearly32Bits);
 }
 
 TEST_F(KnownBugsOfOthersSlow, AnUpdateOfNearly2To32BytesAfterAPartialBlockOfMd5) {
-    ExpectNoOverflow<Md4OrMd5<&kernels::KernelSet::md5>>(nearly32Bits);
+    ExpectNoOverflow<Md4OrMd5<&fyrn::kernels::KernelSet::md5>>(nearly32Bits);
 }
 
 TEST_F(KnownBugsOfOthersSlow, AnUpdateOfNearly2To32BytesAfterAPartialBlockOfSkein) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/Md4Md5Context.h"
 
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "tests/helpers/Bytes.h"
 #include "tests/reference/Md4.h"
 #include "tests/reference/Md5.h"
@@ -21,8 +21,8 @@ Md4Md5Context Started() {
 
 TEST(Md4Md5Context, ResetZeroesEverything) {
     Md4Md5Context context = Started();
-    context.Absorb(helpers::PseudoRandomBytes(100, 1).data(), 100, kernels::Kernels().md5);
-    context.Finish(kernels::Kernels().md5);
+    context.Absorb(helpers::PseudoRandomBytes(100, 1).data(), 100, fyrn::kernels::Kernels().md5);
+    context.Finish(fyrn::kernels::Kernels().md5);
     context.Reset();
     EXPECT_EQ(context.bitCountLow, 0u);
     EXPECT_EQ(context.bitCountHigh, 0u);
@@ -39,12 +39,13 @@ TEST(Md4Md5Context, EverySplitIntoTwoUpdatesGivesTheDigestOfTheWhole) {
         const std::string md4 = helpers::ToHex(reference::Md4(whole));
         const std::string md5 = helpers::ToHex(reference::Md5(whole));
         for (unsigned int first = 0; first <= length; ++first) {
-            for (auto* compress : {kernels::Kernels().md4, kernels::Kernels().md5}) {
+            for (auto* compress : {fyrn::kernels::Kernels().md4, fyrn::kernels::Kernels().md5}) {
                 Md4Md5Context context = Started();
                 context.Absorb(message.data(), first, compress);
                 context.Absorb(message.data() + first, length - first, compress);
                 context.Finish(compress);
-                ASSERT_EQ(helpers::ToHex(context.digest), compress == kernels::Kernels().md4 ? md4 : md5)
+                ASSERT_EQ(helpers::ToHex(context.digest),
+                          compress == fyrn::kernels::Kernels().md4 ? md4 : md5)
                     << first << " of " << length << " bytes first";
             }
         }
@@ -53,8 +54,8 @@ TEST(Md4Md5Context, EverySplitIntoTwoUpdatesGivesTheDigestOfTheWhole) {
 
 TEST(Md4Md5Context, AbsorbingNothingChangesNothing) {
     Md4Md5Context context = Started();
-    context.Absorb(nullptr, 0, kernels::Kernels().md5);
-    context.Finish(kernels::Kernels().md5);
+    context.Absorb(nullptr, 0, fyrn::kernels::Kernels().md5);
+    context.Finish(fyrn::kernels::Kernels().md5);
     EXPECT_EQ(helpers::ToHex(context.digest), "d41d8cd98f00b204e9800998ecf8427e");
 }
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The features of the emulated processor, in place of those that the library finds. Kernels that are not emulated,
 // but for the portable ones, need others and are not run.
-#include "crypto/kernels/CpuFeatures.h"
+#include "hash/kernels/CpuFeatures.h"
 
-namespace kernels {
+namespace fyrn::kernels {
 
 CpuFeatures AvailableCpuFeatures() {
     return cpu::pclmul | cpu::avx512 | cpu::avx512vbmi | cpu::gfni | cpu::vpclmul;
 }
 
-} // namespace kernels
+} // namespace fyrn::kernels

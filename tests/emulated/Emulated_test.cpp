@@ -2,7 +2,7 @@
 // That the kernel suite in this program does run emulated kernels, and all that there are.
 #include "tests/emulated/Sources.h"
 
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include <gtest/gtest.h>
 
@@ -35,26 +35,26 @@ template <class Visit>
 void ForEachChosen(Visit visit) {
     const auto visitFirst = [&visit](const std::string& algorithm, auto candidates) {
         for (const auto& candidate : candidates) {
-            if ((candidate.needs & ~kernels::AvailableCpuFeatures()) != 0)
+            if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) != 0)
                 continue;
             visit(algorithm, candidate);
             break;
         }
     };
-    visitFirst("Blake2b", kernels::Blake2bCandidates());
-    visitFirst("Crc", kernels::CrcCandidates());
-    visitFirst("Keccak", kernels::KeccakCandidates());
-    visitFirst("Md4", kernels::Md4Candidates());
-    visitFirst("Md5", kernels::Md5Candidates());
-    visitFirst("Md6", kernels::Md6Candidates());
-    visitFirst("Sha1", kernels::Sha1Candidates());
-    visitFirst("Sha256", kernels::Sha256Candidates());
-    visitFirst("Sha512", kernels::Sha512Candidates());
-    visitFirst("Skein256", kernels::Skein256Candidates());
-    visitFirst("Skein512", kernels::Skein512Candidates());
-    visitFirst("Skein1024", kernels::Skein1024Candidates());
-    visitFirst("Tiger", kernels::TigerCandidates());
-    visitFirst("Whirlpool", kernels::WhirlpoolCandidates());
+    visitFirst("Blake2b", fyrn::kernels::Blake2bCandidates());
+    visitFirst("Crc", fyrn::kernels::CrcCandidates());
+    visitFirst("Keccak", fyrn::kernels::KeccakCandidates());
+    visitFirst("Md4", fyrn::kernels::Md4Candidates());
+    visitFirst("Md5", fyrn::kernels::Md5Candidates());
+    visitFirst("Md6", fyrn::kernels::Md6Candidates());
+    visitFirst("Sha1", fyrn::kernels::Sha1Candidates());
+    visitFirst("Sha256", fyrn::kernels::Sha256Candidates());
+    visitFirst("Sha512", fyrn::kernels::Sha512Candidates());
+    visitFirst("Skein256", fyrn::kernels::Skein256Candidates());
+    visitFirst("Skein512", fyrn::kernels::Skein512Candidates());
+    visitFirst("Skein1024", fyrn::kernels::Skein1024Candidates());
+    visitFirst("Tiger", fyrn::kernels::TigerCandidates());
+    visitFirst("Whirlpool", fyrn::kernels::WhirlpoolCandidates());
 }
 
 bool SuiteHas(const std::string& instance) {
@@ -74,7 +74,7 @@ TEST(Emulated, EverySourceForAvx512IsCompiledForTheEmulation) {
 TEST(Emulated, EverySourceForAvx512HasItsKernelAmongTheCandidatesThatAreRun) {
     Names run;
     ForEachChosen([&run](const std::string& algorithm, const auto& candidate) {
-        if ((candidate.needs & kernels::cpu::avx512) == 0)
+        if ((candidate.needs & fyrn::kernels::cpu::avx512) == 0)
             return;
         std::cout << "emulated: " << algorithm << " " << candidate.name << "\n";
         run.insert(algorithm + "_X86Avx512.cpp");

@@ -6,7 +6,7 @@
 #include "crypto/CCrypto_Md5.h"
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Whirlpool.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "tests/fakes/FaultRecorder.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace kernels {
+namespace fyrn::kernels {
 
 const KernelSet& Kernels() {
     static const KernelSet throwing = [] {
@@ -40,7 +40,7 @@ const KernelSet& Kernels() {
     return throwing;
 }
 
-} // namespace kernels
+} // namespace fyrn::kernels
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 namespace helpers {
 
-kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level) {
-    namespace cpu = kernels::cpu;
-    constexpr kernels::CpuFeatures sse = cpu::ssse3 | cpu::pclmul | cpu::sha;
+fyrn::kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level) {
+    namespace cpu = fyrn::kernels::cpu;
+    constexpr fyrn::kernels::CpuFeatures sse = cpu::ssse3 | cpu::pclmul | cpu::sha;
     if (level == "none")
         return cpu::none;
     if (level == "sse")

@@ -9,7 +9,7 @@
 // Only test programs read the variable.
 #pragma once
 
-#include "crypto/kernels/CpuFeatures.h"
+#include "hash/kernels/CpuFeatures.h"
 
 #include <string_view>
 
@@ -18,7 +18,7 @@ namespace helpers {
 inline constexpr const char* cpuLevelVariable = "FYRN_TEST_CPU";
 
 // The features of a level. Throws std::invalid_argument for a name that is none.
-kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level);
+fyrn::kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level);
 
 // The level of this run.
 std::string_view CpuLevel();

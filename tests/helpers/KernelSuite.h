@@ -7,8 +7,8 @@
 //       using State = std::array<std::uint32_t, 4>; // trivially copyable, comparable, without padding
 //       static constexpr std::size_t blockSize = 64; // bytes; 1 for a kernel that takes any length
 //       static constexpr std::size_t maxBlocks = 40; // the longest run of blocks worth trying
-//       static auto Candidates() { return kernels::Md5Candidates(); }
-//       static void Run(kernels::Md5Blocks* kernel, State& state, const std::uint8_t* blocks, std::size_t count);
+//       static auto Candidates() { return fyrn::kernels::Md5Candidates(); }
+//       static void Run(fyrn::kernels::Md5Blocks* kernel, State& state, const std::uint8_t* blocks, std::size_t count);
 //       static void Reference(State& state, const std::uint8_t* blocks, std::size_t count);
 //   };
 //   INSTANTIATE_TYPED_TEST_SUITE_P(Md5, KernelSuite, Md5Family, helpers::FamilyNames);
@@ -17,7 +17,7 @@
 // seed)`. What a kernel needs beyond state and blocks, Run takes from the state or makes up.
 #pragma once
 
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 #include "tests/helpers/Bytes.h"
 #include "tests/helpers/FamilyNames.h"
 #include "tests/helpers/GuardedBuffer.h"
@@ -55,7 +55,7 @@ auto RunnableCandidates() {
     const auto all = Family::Candidates();
     std::vector<std::remove_cvref_t<decltype(all.front())>> runnable;
     for (const auto& candidate : all) {
-        const bool canRun = (candidate.needs & ~kernels::AvailableCpuFeatures()) == 0;
+        const bool canRun = (candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) == 0;
         if (canRun)
             runnable.push_back(candidate);
         std::cout << (canRun ? "run: " : "not run on this machine: ") << Family::name << " " << candidate.name
@@ -87,7 +87,7 @@ TYPED_TEST_SUITE_P(KernelSuite);
 
 TYPED_TEST_P(KernelSuite, LastCandidateNeedsNothingOfTheProcessor) {
     ASSERT_FALSE(TypeParam::Candidates().empty());
-    EXPECT_EQ(TypeParam::Candidates().back().needs, kernels::cpu::none);
+    EXPECT_EQ(TypeParam::Candidates().back().needs, fyrn::kernels::cpu::none);
 }
 
 TYPED_TEST_P(KernelSuite, AgreesWithTheReferenceForEveryCountOfBlocks) {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char* argv[]) {
-    kernels::LimitCpuFeatures(helpers::CpuFeaturesOfLevel(helpers::CpuLevel()));
+    fyrn::kernels::LimitCpuFeatures(helpers::CpuFeaturesOfLevel(helpers::CpuLevel()));
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -11,10 +11,10 @@ constexpr std::uint64_t allOnes = ~std::uint64_t{0};
 
 struct Blake2bFamily {
     static constexpr const char* name = "Blake2b";
-    using State = kernels::Blake2bState;
+    using State = fyrn::kernels::Blake2bState;
     static constexpr std::size_t blockSize = 128;
     static constexpr std::size_t maxBlocks = 20;
-    static auto Candidates() { return kernels::Blake2bCandidates(); }
+    static auto Candidates() { return fyrn::kernels::Blake2bCandidates(); }
 
     // Random chain and counter; every other state is in its last block.
     static State RandomState(std::uint64_t seed) {
@@ -23,7 +23,7 @@ struct Blake2bFamily {
         state.flags[0] = seed % 2 == 0 ? 0 : allOnes;
         return state;
     }
-    static void Run(kernels::Blake2bCompress* kernel, State& state, const std::uint8_t* blocks,
+    static void Run(fyrn::kernels::Blake2bCompress* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state, blocks, count, 128);
     }
@@ -44,7 +44,7 @@ struct Blake2bFamily {
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Blake2b, KernelSuite, Blake2bFamily, helpers::FamilyNames);
 
-std::string ChainAsBytes(const kernels::Blake2bState& state) {
+std::string ChainAsBytes(const fyrn::kernels::Blake2bState& state) {
     helpers::Bytes bytes;
     for (int i = 0; i < 64; ++i)
         bytes.push_back(static_cast<std::uint8_t>(state.chain[i / 8] >> (8 * (i % 8))));
@@ -54,8 +54,8 @@ std::string ChainAsBytes(const kernels::Blake2bState& state) {
 // RFC 7693, appendix A: the only block of "abc" with a digest of 64 bytes.
 TEST(Blake2bCompress, CompressesTheExampleOfRfc7693) {
     for (const auto& candidate : helpers::RunnableCandidates<Blake2bFamily>()) {
-        kernels::Blake2bState state{};
-        std::copy_n(kernels::blake2bInitialValues, 8, state.chain);
+        fyrn::kernels::Blake2bState state{};
+        std::copy_n(fyrn::kernels::blake2bInitialValues, 8, state.chain);
         state.chain[0] ^= 0x01010040;
         state.flags[0] = allOnes;
         const std::uint8_t block[128] = {'a', 'b', 'c'};
@@ -72,10 +72,10 @@ TEST(Blake2bCompress, CarriesTheCounterIntoItsHighWord) {
     for (const auto& candidate : helpers::RunnableCandidates<Blake2bFamily>()) {
         for (const std::uint64_t start :
              {allOnes, allOnes - 127, allOnes - 128, allOnes - 255, allOnes - 256}) {
-            kernels::Blake2bState state{};
+            fyrn::kernels::Blake2bState state{};
             state.counter[0] = start;
             state.counter[1] = 5;
-            kernels::Blake2bState expected = state;
+            fyrn::kernels::Blake2bState expected = state;
             candidate.function(state, blocks.data(), 4, 128);
             Blake2bFamily::Reference(expected, blocks.data(), 4);
             EXPECT_EQ(expected.counter[1], start + 512 < start ? 6u : 5u);
@@ -87,8 +87,8 @@ TEST(Blake2bCompress, CarriesTheCounterIntoItsHighWord) {
 TEST(Blake2bCompress, UsesTheLastNodeFlag) {
     const std::uint8_t block[128] = {};
     for (const auto& candidate : helpers::RunnableCandidates<Blake2bFamily>()) {
-        kernels::Blake2bState plain{};
-        kernels::Blake2bState lastNode{};
+        fyrn::kernels::Blake2bState plain{};
+        fyrn::kernels::Blake2bState lastNode{};
         lastNode.flags[1] = allOnes;
         candidate.function(plain, block, 1, 128);
         candidate.function(lastNode, block, 1, 128);

@@ -20,9 +20,10 @@ struct CrcFamily {
     static constexpr std::size_t blockSize = 1;
     static constexpr std::size_t maxBlocks = 1200;
 
-    static auto Candidates() { return kernels::CrcCandidates(); }
+    static auto Candidates() { return fyrn::kernels::CrcCandidates(); }
 
-    static void Run(kernels::CrcBytes* kernel, State& state, const std::uint8_t* bytes, std::size_t count) {
+    static void Run(fyrn::kernels::CrcBytes* kernel, State& state, const std::uint8_t* bytes,
+                    std::size_t count) {
         state.crc = kernel(Tables(state.polynomial), state.crc, bytes, count);
     }
 
@@ -46,16 +47,16 @@ struct CrcFamily {
     }
 
     // The tables of the polynomial used last are kept.
-    static const kernels::CrcTables& Tables(std::uint64_t polynomial) {
+    static const fyrn::kernels::CrcTables& Tables(std::uint64_t polynomial) {
         static std::uint64_t known = 0;
-        static std::unique_ptr<kernels::CrcTables> tables;
+        static std::unique_ptr<fyrn::kernels::CrcTables> tables;
         if (tables == nullptr || known != polynomial) {
-            tables = std::make_unique<kernels::CrcTables>();
+            tables = std::make_unique<fyrn::kernels::CrcTables>();
             for (unsigned int b = 0; b < 256; ++b) {
                 const std::uint8_t byte[] = {static_cast<std::uint8_t>(b)};
                 tables->slices[0][b] = reference::CrcRegister(64, polynomial, 0, byte);
             }
-            kernels::Crc_CompleteTables(*tables);
+            fyrn::kernels::Crc_CompleteTables(*tables);
             known = polynomial;
         }
         return *tables;
@@ -86,7 +87,7 @@ TEST(CrcBytes, GiveTheCheckValuesOfTheCatalogue) {
 
 TEST(CrcTables, HoldInEverySliceWhatMoreZeroBytesMakeOfAByte) {
     const std::uint64_t polynomial = 0xc96c5795d7870f42;
-    const kernels::CrcTables& tables = CrcFamily::Tables(polynomial);
+    const fyrn::kernels::CrcTables& tables = CrcFamily::Tables(polynomial);
     for (std::size_t k = 0; k < 16; ++k)
         for (unsigned int b = 0; b < 256; ++b) {
             helpers::Bytes message(1 + k, 0);
@@ -103,7 +104,7 @@ TEST(CrcBytes, EverySplitOfUpTo260BytesIntoTwoCallsGivesTheSameRegister) {
             const std::uint64_t whole =
                 reference::CrcRegister(64, polynomial, ~0ull, {message.data(), length});
             for (std::size_t first = 0; first <= length; ++first) {
-                const kernels::CrcTables& tables = CrcFamily::Tables(polynomial);
+                const fyrn::kernels::CrcTables& tables = CrcFamily::Tables(polynomial);
                 const std::uint64_t middle = candidate.function(tables, ~0ull, message.data(), first);
                 ASSERT_EQ(candidate.function(tables, middle, message.data() + first, length - first), whole)
                     << candidate.name << ", " << first << " of " << length << " bytes first";

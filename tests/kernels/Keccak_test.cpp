@@ -10,8 +10,8 @@ struct KeccakFamily {
     using State = reference::KeccakState;
     static constexpr std::size_t blockSize = 8 * lanes;
     static constexpr std::size_t maxBlocks = 10;
-    static auto Candidates() { return kernels::KeccakCandidates(); }
-    static void Run(kernels::KeccakBlocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::KeccakCandidates(); }
+    static void Run(fyrn::kernels::KeccakBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, lanes, count);
     }

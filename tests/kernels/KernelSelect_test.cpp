@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Which kernels are chosen, on this processor and in a run that is held to a lesser one (CpuLevel.h).
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include "tests/helpers/CpuLevel.h"
 
@@ -10,40 +10,41 @@
 
 namespace {
 
-using kernels::AvailableCpuFeatures;
-using kernels::Kernels;
+using fyrn::kernels::AvailableCpuFeatures;
+using fyrn::kernels::Kernels;
 
 // Calls check(algorithm, candidates, chosen kernel) for every algorithm.
 template <class Check>
 void ForEachAlgorithm(Check check) {
-    check("Blake2b", kernels::Blake2bCandidates(), Kernels().blake2b);
-    check("Crc", kernels::CrcCandidates(), Kernels().crc);
-    check("Keccak", kernels::KeccakCandidates(), Kernels().keccak);
-    check("Md4", kernels::Md4Candidates(), Kernels().md4);
-    check("Md5", kernels::Md5Candidates(), Kernels().md5);
-    check("Md6", kernels::Md6Candidates(), Kernels().md6);
-    check("Sha1", kernels::Sha1Candidates(), Kernels().sha1);
-    check("Sha256", kernels::Sha256Candidates(), Kernels().sha256);
-    check("Sha512", kernels::Sha512Candidates(), Kernels().sha512);
-    check("Skein256", kernels::Skein256Candidates(), Kernels().skein256);
-    check("Skein512", kernels::Skein512Candidates(), Kernels().skein512);
-    check("Skein1024", kernels::Skein1024Candidates(), Kernels().skein1024);
-    check("Tiger", kernels::TigerCandidates(), Kernels().tiger);
-    check("Whirlpool", kernels::WhirlpoolCandidates(), Kernels().whirlpool);
+    check("Blake2b", fyrn::kernels::Blake2bCandidates(), Kernels().blake2b);
+    check("Crc", fyrn::kernels::CrcCandidates(), Kernels().crc);
+    check("Keccak", fyrn::kernels::KeccakCandidates(), Kernels().keccak);
+    check("Md4", fyrn::kernels::Md4Candidates(), Kernels().md4);
+    check("Md5", fyrn::kernels::Md5Candidates(), Kernels().md5);
+    check("Md6", fyrn::kernels::Md6Candidates(), Kernels().md6);
+    check("Sha1", fyrn::kernels::Sha1Candidates(), Kernels().sha1);
+    check("Sha256", fyrn::kernels::Sha256Candidates(), Kernels().sha256);
+    check("Sha512", fyrn::kernels::Sha512Candidates(), Kernels().sha512);
+    check("Skein256", fyrn::kernels::Skein256Candidates(), Kernels().skein256);
+    check("Skein512", fyrn::kernels::Skein512Candidates(), Kernels().skein512);
+    check("Skein1024", fyrn::kernels::Skein1024Candidates(), Kernels().skein1024);
+    check("Tiger", fyrn::kernels::TigerCandidates(), Kernels().tiger);
+    check("Whirlpool", fyrn::kernels::WhirlpoolCandidates(), Kernels().whirlpool);
 }
 
-bool CanRun(kernels::CpuFeatures needs) {
+bool CanRun(fyrn::kernels::CpuFeatures needs) {
     return (needs & ~AvailableCpuFeatures()) == 0;
 }
 
 TEST(KernelSelect, EveryAlgorithmIsAmongThoseThatAreChecked) {
     std::size_t checked = 0;
     ForEachAlgorithm([&checked](const char*, auto, auto*) { ++checked; });
-    EXPECT_EQ(checked, sizeof(kernels::KernelSet) / sizeof(void (*)()));
+    EXPECT_EQ(checked, sizeof(fyrn::kernels::KernelSet) / sizeof(void (*)()));
 }
 
 TEST(KernelSelect, NoFeatureIsUsedThatTheRunIsNotAllowed) {
-    EXPECT_EQ(AvailableCpuFeatures() & ~helpers::CpuFeaturesOfLevel(helpers::CpuLevel()), kernels::cpu::none);
+    EXPECT_EQ(AvailableCpuFeatures() & ~helpers::CpuFeaturesOfLevel(helpers::CpuLevel()),
+              fyrn::kernels::cpu::none);
 }
 
 TEST(KernelSelect, ChoosesTheFirstCandidateThatCanRun) {
@@ -69,7 +70,7 @@ TEST(KernelSelect, EveryCandidateThatCanRunIsThere) {
 }
 
 TEST(KernelSelect, WithoutAnyFeatureThePortableKernelsAreChosen) {
-    if (AvailableCpuFeatures() != kernels::cpu::none)
+    if (AvailableCpuFeatures() != fyrn::kernels::cpu::none)
         GTEST_SKIP() << "this run has features to use";
     ForEachAlgorithm([](const char* algorithm, auto candidates, auto* chosen) {
         EXPECT_EQ(candidates.back().function, chosen) << algorithm;

@@ -10,8 +10,8 @@ struct Sha1Family {
     using State = reference::Sha1State;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return kernels::Sha1Candidates(); }
-    static void Run(kernels::Sha1Blocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::Sha1Candidates(); }
+    static void Run(fyrn::kernels::Sha1Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
     }
@@ -26,8 +26,8 @@ struct Sha256Family {
     using State = reference::Sha256State;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return kernels::Sha256Candidates(); }
-    static void Run(kernels::Sha256Blocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::Sha256Candidates(); }
+    static void Run(fyrn::kernels::Sha256Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
     }
@@ -42,8 +42,8 @@ struct Sha512Family {
     using State = reference::Sha512State;
     static constexpr std::size_t blockSize = 128;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return kernels::Sha512Candidates(); }
-    static void Run(kernels::Sha512Blocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::Sha512Candidates(); }
+    static void Run(fyrn::kernels::Sha512Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/reference/Skein.h"
 
-#include "crypto/kernels/SkeinInitialValue.h"
+#include "hash/kernels/SkeinInitialValue.h"
 #include "tests/helpers/KernelSuite.h"
 
 namespace {
@@ -23,11 +23,11 @@ struct SkeinFamily {
     static constexpr std::size_t blockSize = 8 * words;
     static constexpr std::size_t maxBlocks = 20;
     static auto Candidates() {
-        return words == 4   ? kernels::Skein256Candidates()
-               : words == 8 ? kernels::Skein512Candidates()
-                            : kernels::Skein1024Candidates();
+        return words == 4   ? fyrn::kernels::Skein256Candidates()
+               : words == 8 ? fyrn::kernels::Skein512Candidates()
+                            : fyrn::kernels::Skein1024Candidates();
     }
-    static void Run(kernels::SkeinBlocks* kernel, State& state, const std::uint8_t* blocks,
+    static void Run(fyrn::kernels::SkeinBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.chain, state.tweak, blocks, count, blockSize);
     }
@@ -81,7 +81,7 @@ TYPED_TEST(SkeinBlocks, ClearTheFirstFlagAndNoOther) {
 
 template <std::size_t words>
 Words InitialValue() {
-    const auto value = kernels::SkeinInitialValue<words>();
+    const auto value = fyrn::kernels::SkeinInitialValue<words>();
     return {value.begin(), value.end()};
 }
 

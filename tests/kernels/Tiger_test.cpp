@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/reference/Tiger.h"
 
-#include "crypto/kernels/ByteOrder.h"
+#include "hash/kernels/ByteOrder.h"
 #include "tests/helpers/KernelSuite.h"
 
 namespace {
@@ -11,8 +11,8 @@ struct TigerFamily {
     using State = reference::TigerState;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return kernels::TigerCandidates(); }
-    static void Run(kernels::TigerBlocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::TigerCandidates(); }
+    static void Run(fyrn::kernels::TigerBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
     }
@@ -26,7 +26,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Tiger, KernelSuite, TigerFamily, helpers::FamilyN
 
 // The first and last entries of the tables that the authors published.
 TEST(TigerBoxes, BeginAndEndAsPublished) {
-    const kernels::TigerBoxes& boxes = kernels::TigerSBoxes();
+    const fyrn::kernels::TigerBoxes& boxes = fyrn::kernels::TigerSBoxes();
     EXPECT_EQ(boxes.box[0][0], 0x02aab17cf7e90c5eu);
     EXPECT_EQ(boxes.box[0][1], 0xac424b03e243a8ecu);
     EXPECT_EQ(boxes.box[3][254], 0xc83223f1720aef96u);
@@ -36,7 +36,8 @@ TEST(TigerBoxes, BeginAndEndAsPublished) {
 TEST(TigerBoxes, AreThoseOfTheAuthorsProgram) {
     for (std::size_t box = 0; box < 4; ++box)
         for (std::size_t i = 0; i < 256; ++i)
-            EXPECT_EQ(kernels::TigerSBoxes().box[box][i], reference::TigerSBox(box, i)) << box << " " << i;
+            EXPECT_EQ(fyrn::kernels::TigerSBoxes().box[box][i], reference::TigerSBox(box, i))
+                << box << " " << i;
 }
 
 // The padded empty message; digest from the NESSIE test vectors of Tiger.
@@ -47,7 +48,7 @@ TEST(TigerBlocks, CompressesThePaddedEmptyMessage) {
         candidate.function(state.data(), block, 1);
         std::uint8_t digest[24];
         for (std::size_t i = 0; i < 3; ++i)
-            kernels::StoreLittle(digest + 8 * i, state[i]);
+            fyrn::kernels::StoreLittle(digest + 8 * i, state[i]);
         EXPECT_EQ(helpers::ToHex(digest), "3293ac630c13f0245f92bbb1766e16167a4e58492dde73f3")
             << candidate.name;
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/reference/Whirlpool.h"
 
-#include "crypto/kernels/WhirlpoolTables.h"
+#include "hash/kernels/WhirlpoolTables.h"
 #include "tests/helpers/KernelSuite.h"
 
 namespace {
@@ -11,8 +11,8 @@ struct WhirlpoolFamily {
     using State = std::array<std::uint64_t, 8>;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 20;
-    static auto Candidates() { return kernels::WhirlpoolCandidates(); }
-    static void Run(kernels::WhirlpoolBlocks* kernel, State& state, const std::uint8_t* blocks,
+    static auto Candidates() { return fyrn::kernels::WhirlpoolCandidates(); }
+    static void Run(fyrn::kernels::WhirlpoolBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
     }
@@ -56,12 +56,13 @@ unsigned int ProductInTheField(unsigned int a, unsigned int b) {
 TEST(WhirlpoolTables, ProductsAreThoseOfTheField) {
     for (unsigned int a = 0; a < 256; ++a) {
         for (unsigned int b = 0; b < 256; ++b)
-            ASSERT_EQ(kernels::whirlpool::Multiply(a, b), ProductInTheField(a, b)) << a << " times " << b;
+            ASSERT_EQ(fyrn::kernels::whirlpool::Multiply(a, b), ProductInTheField(a, b))
+                << a << " times " << b;
     }
 }
 
 TEST(WhirlpoolTables, BeginAsPublished) {
-    constexpr auto tables = kernels::whirlpool::DeriveTables();
+    constexpr auto tables = fyrn::kernels::whirlpool::DeriveTables();
     EXPECT_EQ(tables[0][0], 0x18186018C07830D8u);
     EXPECT_EQ(tables[0][1], 0x23238C2305AF4626u);
     EXPECT_EQ(tables[1][0], 0xD818186018C07830u);
@@ -69,7 +70,7 @@ TEST(WhirlpoolTables, BeginAsPublished) {
 }
 
 TEST(WhirlpoolTables, SBoxIsAPermutationThatBeginsAsPublished) {
-    constexpr auto box = kernels::whirlpool::DeriveSBox();
+    constexpr auto box = fyrn::kernels::whirlpool::DeriveSBox();
     EXPECT_EQ(helpers::ToHex(std::span(box).first(16)), "1823c6e887b8014f36a6d2f5796f9152");
     helpers::Bytes sorted(box.begin(), box.end());
     std::sort(sorted.begin(), sorted.end());
@@ -80,7 +81,7 @@ TEST(WhirlpoolTables, SBoxIsAPermutationThatBeginsAsPublished) {
 }
 
 TEST(WhirlpoolTables, RoundConstantsAreTheStartOfTheSBox) {
-    constexpr auto constants = kernels::whirlpool::DeriveRoundConstants();
+    constexpr auto constants = fyrn::kernels::whirlpool::DeriveRoundConstants();
     EXPECT_EQ(constants[0], 0x1823C6E887B8014Fu);
     EXPECT_EQ(constants[1], 0x36A6D2F5796F9152u);
     EXPECT_EQ(constants[9], 0xCA2DBF07AD5A8333u);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/CCrypto_Md4.h"
 #include "crypto/CCrypto_Md5.h"
-#include "crypto/kernels/KernelSelect.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include "tests/helpers/DigestText.h"
 #include "tests/helpers/GuardedBuffer.h"
@@ -47,7 +47,7 @@ TEST(Md4Md5OracleSlow, UpdateOfNearly4GigabytesAfterAPartialBlockAgrees) {
     const Message message(memory.Front(), std::size_t{first} + second);
     memory.Front()[first] = 1;
     memory.Front()[message.size() - 1] = 2;
-    const kernels::KernelSet& kernels = kernels::Kernels();
+    const fyrn::kernels::KernelSet& kernels = fyrn::kernels::Kernels();
     for (const auto& [compress, algorithm] :
          {std::pair(kernels.md4, GCRY_MD_MD4), {kernels.md5, GCRY_MD_MD5}}) {
         Md4Md5Context context;

@@ -6,7 +6,7 @@ import sys
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-ROUNDS = ROOT / "crypto" / "kernels" / "Keccak_X86Avx512Rounds.h"
+ROUNDS = ROOT / "hash" / "kernels" / "Keccak_X86Avx512Rounds.h"
 
 
 class KeccakRounds(unittest.TestCase):

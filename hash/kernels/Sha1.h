@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// SHA-1 compression (FIPS 180-4).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace fyrn::kernels {
+
+// Compresses `count` blocks of 64 bytes into the state H0..H4.
+using Sha1Blocks = void(std::uint32_t state[5], const std::uint8_t* blocks, std::size_t count);
+
+Sha1Blocks Sha1_Blocks_Portable;
+Sha1Blocks Sha1_Blocks_X86Sha;
+
+} // namespace fyrn::kernels
