@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// Hashing whole files, each read once for all functions.
+#pragma once
+
+#include "sum/Functions.h"
+#include "sum/Name.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace sum {
+
+// What came of one file.
+struct FileResult {
+    int error = 0;          // errno of opening or reading; 0 when the file was read to its end
+    std::uint64_t size = 0; // bytes read
+    std::vector<std::vector<std::byte>> digests; // one for each function, in their order; none after an error
+};
+
+// Functions that are computed together. Shared by jobs, since long lists name the same few again and again.
+using FunctionSet = std::shared_ptr<const std::vector<FunctionChoice>>;
+
+// Follows the reading of files. Called between reads, by the thread that reads.
+class ReadWatcher {
+  public:
+    virtual ~ReadWatcher() = default;
+    virtual void Begin(const Name& name) = 0;
+    virtual void
+    WillWait() = 0; // the file is large or no regular one: results that are held back should be shown now
+    virtual void Read(std::size_t bytes) = 0;
+};
+
+// Hashes one file after the other in one thread.
+class FileHasher {
+  public:
+    explicit FileHasher(ReadWatcher* watcher = nullptr); // not owned
+    FileHasher(const FileHasher&) = delete;
+    FileHasher& operator=(const FileHasher&) = delete;
+    ~FileHasher();
+
+    // Reads the file, "-" for standard input, to its end. A directory gives EISDIR. Throws std::bad_alloc.
+    FileResult Hash(const Name& name, const FunctionSet& functions);
+
+    // The same for a file that is called "-" like standard input, or any other.
+    FileResult HashNamed(const Name& name, const FunctionSet& functions);
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+// Hashes many files and tells of each in the order in which they were added, from the thread that adds them.
+class HashQueue {
+  public:
+    using Done = std::function<void(const FileResult&)>;
+
+    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr);
+    HashQueue(const HashQueue&) = delete;
+    HashQueue& operator=(const HashQueue&) = delete;
+    ~HashQueue(); // drops what is not done yet
+
+    // Takes a file in; may call what is done, this one included. What `done` throws comes out here or in Finish.
+    void Add(Name name, FunctionSet functions, Done done);
+
+    // Takes in what is no file but has its place in the order.
+    void AddNote(std::function<void()> note);
+
+    // Returns when all is done and told.
+    void Finish();
+
+  private:
+    FileHasher hasher_;
+};
+
+} // namespace sum

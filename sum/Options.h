@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// What the command line asks for.
+#pragma once
+
+#include "sum/Functions.h"
+#include "sum/Name.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace sum {
+
+enum class Form { untagged, tagged, json, sfv, hashdeep, bagit };
+enum class Encoding { hex, base64, raw };
+enum class Watch { automatic, always, never };
+
+// Of --status, --quiet and --warn, --status and --warn undo each other and --quiet, as in GNU's tools.
+struct CheckOptions {
+    bool ignoreMissing = false;
+    bool quiet = false;  // no "OK"
+    bool status = false; // no output but messages of trouble
+    bool strict = false; // a malformed line is a failure
+    bool warn = false;   // each malformed line is told
+};
+
+// Which entries of a walk count, in the order of the command line: the last rule that matches decides.
+struct PathRule {
+    std::string glob;
+    bool include = false;
+};
+
+struct Options {
+    std::vector<Name> operands; // "-" alone when none was given; lists with --check
+
+    std::vector<FunctionChoice> functions; // never empty, unless it is for a list to tell
+    bool functionsGiven = false;           // by -a, or by the name under which the program was called
+    std::optional<std::size_t> lengthBits; // --length
+
+    bool check = false;
+    CheckOptions checking;
+    std::optional<Name> directory; // -C: names in lists are relative to it
+    bool baseName = false;         // of a listed name only the last component counts
+
+    Form form = Form::untagged;
+    Encoding encoding = Encoding::hex;
+    bool star = false; // '*' before the name
+    bool zero = false; // NUL ends each line
+
+    bool recursive = false;
+    bool follow = false;
+    bool oneFileSystem = false;
+    std::vector<PathRule> rules;
+    std::optional<Name> namesFrom; // --files-from, --files0-from
+    bool namesEndInNul = false;
+
+    std::optional<Name> output;
+    unsigned jobs = 1;
+    Watch progress = Watch::automatic;
+    bool debug = false;
+};
+
+} // namespace sum
