@@ -4,6 +4,8 @@
 // row, and after a failure that of an earlier file, or nothing before the first success. It has no directory
 // part on purpose: a file met in a walk stays in the walked directory, which is the current one, and a file
 // named on the command line is collected in the directory in which the program was started.
+//
+// A name that a link holds is no reason to delete a file: the link may lead to the file itself, or nowhere.
 #include "app/RenameByHash.h"
 
 #include "platform/Directory.h"
@@ -12,14 +14,21 @@
 
 namespace {
 
+using platform::MoveResult;
+
 constexpr int numberedNames = 100; // "_00" to "_99"
 
-// Where all names are taken, the file keeps its own.
+bool IsHeldByAnother(MoveResult result) {
+    return result == MoveResult::nameTaken || result == MoveResult::nameBlocked;
+}
+
+// Where all names are taken, the file keeps its own. So it does at the first name that fails for another reason: what
+// is true of a full disk is true of it for the next number, too.
 void MoveToNumberedName(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
     wchar_t name[platform::maxPath];
     for (int number = 0; number < numberedNames; ++number) {
         FormatToBuffer(name, platform::maxPath, L"%S_%02i%s", context.hashText, number, extension);
-        if (platform::MoveWithoutReplacing(path, name))
+        if (!IsHeldByAnother(platform::MoveWithoutReplacing(path, name)))
             return;
     }
 }
@@ -29,10 +38,9 @@ void MoveToNumberedName(const RunContext& context, const wchar_t* path, const wc
 void RenameByHash(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
     wchar_t name[platform::maxPath];
     FormatToBuffer(name, platform::maxPath, L"%S%s", context.hashText, extension);
-    if (platform::MoveWithoutReplacing(path, name))
-        return;
-    if (context.deleteOnCollision)
-        platform::RemoveFile(path); // whatever the reason of the failed move was
-    else
+    const MoveResult result = platform::MoveWithoutReplacing(path, name);
+    if (!context.deleteOnCollision && IsHeldByAnother(result))
         MoveToNumberedName(context, path, extension);
+    if (context.deleteOnCollision && (result == MoveResult::nameTaken || result == MoveResult::failed))
+        platform::RemoveFile(path); // whatever the reason of the failed move was
 }

@@ -42,14 +42,19 @@ void Close(InputFile& file);
 // replaced by a pipe under its feet cannot stop the run.
 void AllowSpecialFiles(bool allow);
 
-// Moves a file, also to another file system (as a copy that is complete or absent).
-// Never replaces anything: an existing target fails, except that a file which
-// already bears the name stays as it is and counts as moved. Only regular files and
-// links to them are moved, none that this process still has open. True on success.
-bool MoveWithoutReplacing(const wchar_t* from, const wchar_t* to);
+enum class MoveResult {
+    moved,       // also: the file bore the name already
+    nameTaken,   // by another file or by a directory
+    nameBlocked, // by a link, wherever it leads: no sign that a second file of this content is there
+    stays,       // the file may not go: it is a link, a directory or special, or this process has it open
+    failed,      // for any other reason
+};
 
-// Removes one regular file or link to one, under the same
-// conditions as MoveWithoutReplacing. True on success.
+// Moves a regular file, also to another file system (as a copy that is complete or absent). Never replaces
+// anything. Unless it is moved, everything is as it was.
+MoveResult MoveWithoutReplacing(const wchar_t* from, const wchar_t* to);
+
+// Removes a file that MoveWithoutReplacing would not refuse as one that stays. True on success.
 bool RemoveFile(const wchar_t* path);
 
 // Appends text to a file, creating it, with the system's line ends and

@@ -53,11 +53,11 @@ class TemporaryFile {
     int Number() const { return descriptor_.Number(); }
     bool Close() { return descriptor_.Close(); }
 
-    bool BecomeTarget(const char* target) {
-        if (RenameWithoutReplacing(path_, target) != 0)
-            return false;
-        present_ = false;
-        return true;
+    // 0 or the error number.
+    int BecomeTarget(const char* target) {
+        const int error = RenameWithoutReplacing(path_, target);
+        present_ = present_ && error != 0;
+        return error;
     }
 
   private:
@@ -141,19 +141,21 @@ int OpenOriginal(const char* path) {
 
 } // namespace
 
-bool MoveByCopy(const char* from, const char* to) {
+int MoveByCopy(const char* from, const char* to) {
     struct stat status;
     if (lstat(to, &status) == 0)
-        return IsSameName(from, to);
+        return IsSameName(from, to) ? 0 : EEXIST;
     const Descriptor original(OpenOriginal(from));
     if (!original || fstat(original.Number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return false;
+        return EIO;
     TemporaryFile copy(to);
-    if (!copy || !Copy(original.Number(), status, copy) || !copy.BecomeTarget(to))
-        return false;
+    if (!copy || !Copy(original.Number(), status, copy))
+        return EIO;
+    if (const int error = copy.BecomeTarget(to); error != 0)
+        return error;
     if (SyncDirectoryOf(to) && Names(from, FileIdentity(status)))
         moveCalls.unlink(from);
-    return true;
+    return 0;
 }
 
 } // namespace platform

@@ -102,6 +102,11 @@ bool BelongsToSystem(std::string_view directory) {
     return IsWithin(directory, "/proc") || (IsWithin(directory, "/dev") && !IsWithin(directory, "/dev/shm"));
 }
 
+bool IsLink(const char* path) {
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
 bool Names(const char* path, const FileIdentity& file) {
     struct stat status;
     return lstat(path, &status) == 0 && FileIdentity(status) == file;

@@ -21,6 +21,8 @@ struct SplitNativePath {
 // given away. /dev/shm is ordinary storage.
 bool BelongsToSystem(std::string_view directory);
 
+bool IsLink(const char* path);
+
 // Whether a path names this very file or, for a link, this very link.
 bool Names(const char* path, const FileIdentity& file);
 
@@ -34,6 +36,7 @@ int RenameWithoutReplacing(const char* from, const char* to);
 
 // Moves a regular file to another file system: the copy appears under its name when it is complete, and the
 // original goes after that. When only the original cannot be removed, the move has succeeded and both remain.
-bool MoveByCopy(const char* from, const char* to);
+// 0 for success, else the error number.
+int MoveByCopy(const char* from, const char* to);
 
 } // namespace platform

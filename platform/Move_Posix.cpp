@@ -14,29 +14,36 @@ namespace platform {
 
 namespace {
 
+MoveResult ResultOf(int error, const char* to) {
+    if (error == 0)
+        return MoveResult::moved;
+    if (error == EEXIST)
+        return IsLink(to) ? MoveResult::nameBlocked : MoveResult::nameTaken;
+    return MoveResult::failed;
+}
+
 bool IsInSystemDirectory(const char* path) {
     char resolved[PATH_MAX];
     return realpath(SplitNativePath(path).parent, resolved) == nullptr || BelongsToSystem(resolved);
 }
 
-// Regular files and links to them, none that is still open.
+// Regular files, none that is still open. A link stays: with the name of a digest it would stand in the way of the
+// very file that it leads to, which `-renamedel` would delete for it.
 bool MayGo(const char* path) {
-    struct stat entry;
-    struct stat file;
-    return lstat(path, &entry) == 0 && (S_ISREG(entry.st_mode) || S_ISLNK(entry.st_mode)) &&
-           stat(path, &file) == 0 && S_ISREG(file.st_mode) && !IsHeldOpen(path, FileIdentity(file)) &&
+    struct stat status;
+    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && !IsHeldOpen(path, FileIdentity(status)) &&
            !IsInSystemDirectory(path);
 }
 
 } // namespace
 
-bool MoveWithoutReplacing(const wchar_t* from, const wchar_t* to) {
+MoveResult MoveWithoutReplacing(const wchar_t* from, const wchar_t* to) {
     const NativePath nativeFrom(from);
     const NativePath nativeTo(to);
     if (!MayGo(nativeFrom))
-        return false;
+        return MoveResult::stays;
     const int error = RenameWithoutReplacing(nativeFrom, nativeTo);
-    return error == 0 || (error == EXDEV && MoveByCopy(nativeFrom, nativeTo));
+    return ResultOf(error == EXDEV ? MoveByCopy(nativeFrom, nativeTo) : error, nativeTo);
 }
 
 bool RemoveFile(const wchar_t* path) {

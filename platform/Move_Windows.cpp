@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The system's move never replaces a file unless it is told to, takes a file that already bears the name for
-// moved, copies to another volume, and like its delete refuses a file that is still open.
+// moved, copies to another volume, and like its delete refuses a file that is still open. It would move links and
+// directories, too.
 #include "platform/File.h"
 
 #include <windows.h>
@@ -9,19 +10,41 @@ namespace platform {
 
 namespace {
 
-bool IsFile(const wchar_t* path) {
-    const DWORD attributes = GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+enum class EntryKind { none, regularFile, link, other };
+
+// Files that a cloud or deduplication stores elsewhere are files; only what stands for another name is a link.
+bool IsLink(const WIN32_FIND_DATAW& entry) {
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           IsReparseTagNameSurrogate(entry.dwReserved0);
+}
+
+EntryKind KindOf(const wchar_t* path) {
+    WIN32_FIND_DATAW entry;
+    const HANDLE search = FindFirstFileW(path, &entry);
+    if (search == INVALID_HANDLE_VALUE)
+        return EntryKind::none;
+    FindClose(search);
+    if (IsLink(entry))
+        return EntryKind::link;
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 ? EntryKind::regularFile
+                                                                    : EntryKind::other;
 }
 
 } // namespace
 
-bool MoveWithoutReplacing(const wchar_t* from, const wchar_t* to) {
-    return IsFile(from) && MoveFileExW(from, to, MOVEFILE_COPY_ALLOWED) != 0;
+MoveResult MoveWithoutReplacing(const wchar_t* from, const wchar_t* to) {
+    if (KindOf(from) != EntryKind::regularFile)
+        return MoveResult::stays;
+    if (MoveFileExW(from, to, MOVEFILE_COPY_ALLOWED) != 0)
+        return MoveResult::moved;
+    const EntryKind kind = KindOf(to);
+    if (kind == EntryKind::none)
+        return MoveResult::failed;
+    return kind == EntryKind::link ? MoveResult::nameBlocked : MoveResult::nameTaken;
 }
 
 bool RemoveFile(const wchar_t* path) {
-    return DeleteFileW(path) != 0;
+    return KindOf(path) == EntryKind::regularFile && DeleteFileW(path) != 0;
 }
 
 } // namespace platform

@@ -92,9 +92,10 @@ class Reading(InjectedCase):
                     output = self.run_with(fault, "-hash=SHA1", "-rename", *targets)
                     listed = [line for line in output.splitlines()[2:] if not line.startswith("  ")]
                     left = [name for name in listed if os.path.exists(self.path("w", name))]
-                    self.assertLessEqual(len(left), 1, (fault, targets))
-                    for name in left:
-                        self.assertNotIn("  " + sha1(name.encode()), output, (fault, targets))
+                    # The first call that fails may be the last look at a file that was hashed, the second one the
+                    # opening of the next file.
+                    hashed = [name for name in left if "  " + sha1(name.encode()) in output]
+                    self.assertLessEqual(max(len(hashed), len(left) - len(hashed)), 1, (fault, targets))
                     kept += len(left)
                     for directory in (self.path("w"), self.scratch):
                         for name in os.listdir(directory):

@@ -188,23 +188,68 @@ class FailedDigests(RenamingCase):
 
 @launcher.posix_only
 class Links(RenamingCase):
-    def test_a_link_to_a_file_is_renamed_itself(self):
+    """A link is hashed like the file that it leads to, but neither it nor a file is moved or deleted for it."""
+
+    def link(self, target, name):
+        path = self.path(name)
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        os.symlink(target, path)
+
+    def assert_link(self, name, target):
+        self.assertEqual(os.readlink(self.path(name)), target)
+
+    def test_a_link_is_hashed_and_keeps_its_name(self):
         self.write("target", b"abc")
-        os.mkdir(self.path("d"))
-        os.symlink("../target", self.path("d/link.x"))
-        self.fyrn("-hash=MD5", "-rename", "d")
-        self.assertEqual(self.names("d"), [md5(b"abc") + ".x"])
-        self.assertEqual(os.readlink(self.path("d", md5(b"abc") + ".x")), "../target")
+        self.link("../target", "d/link.x")
+        for option in ("-rename", "-renamedel"):
+            result = self.fyrn("-hash=MD5", option, "d")
+            self.assert_lines(result, "Hashes: MD5 ", "", "link.x", "  " + md5(b"abc"))
+            self.assertEqual(self.names("d"), ["link.x"])
+        self.assert_link("d/link.x", "../target")
         self.assertEqual(self.read("target"), b"abc")
 
-    def test_a_colliding_link_is_deleted_and_not_its_target(self):
-        self.write("d/a", b"abc")
-        os.symlink("a", self.path("d/link"))
-        self.write("e/target", b"abc")
-        os.symlink("../e/target", self.path("d/link2"))
+    def test_a_link_that_comes_before_its_file_costs_nothing(self):
+        for option in ("-rename", "-renamedel"):
+            for target in ("d", "d/*", "both"):
+                shutil.rmtree(self.path("d"), ignore_errors=True)
+                self.write("d/z.jpg", b"precious")
+                self.link("z.jpg", "d/latest.jpg")
+                targets = ("d/latest.jpg", "d/z.jpg") if target == "both" else (target,)
+                self.fyrn("-hash=SHA2-256", option, *targets)
+                home = "d" if target == "d" else "."
+                self.assertEqual(self.contents(home), {sha256(b"precious") + ".jpg": b"precious"}, (option, target))
+                self.assert_link("d/latest.jpg", "z.jpg")
+                os.unlink(self.path(home, sha256(b"precious") + ".jpg"))
+
+    def test_a_link_named_before_the_file_that_it_leads_to(self):
+        for option in ("-rename", "-renamedel"):
+            self.write("real.txt", b"precious")
+            shutil.rmtree(self.path("d"), ignore_errors=True)
+            self.link("../real.txt", "d/l.txt")
+            self.fyrn("-hash=MD5", option, "d/l.txt", "real.txt")
+            self.assertEqual(self.contents(), {md5(b"precious") + ".txt": b"precious"})
+            self.assert_link("d/l.txt", "../real.txt")
+            os.unlink(self.path(md5(b"precious") + ".txt"))
+
+    def test_a_link_at_the_digest_name_deletes_nothing(self):
+        digest = md5(b"precious")
+        for target in ("z.jpg", "missing", "/", digest + ".jpg"):
+            self.write("d/z.jpg", b"precious")
+            self.link(target, f"d/{digest}.jpg")
+            self.fyrn("-hash=MD5", "-renamedel", "d")
+            self.assertEqual(self.read("d/z.jpg"), b"precious")
+            self.assert_link(f"d/{digest}.jpg", target)
+            self.fyrn("-hash=MD5", "-rename", "d")
+            self.assertEqual(self.read(f"d/{digest}_00.jpg"), b"precious")
+            self.assert_link(f"d/{digest}.jpg", target)
+            self.assertEqual(len(self.names("d")), 2)
+            shutil.rmtree(self.path("d"))
+
+    def test_a_link_that_equals_a_file_of_the_digest_name_is_not_deleted(self):
+        self.write("d/" + md5(b"abc"), b"abc")
+        self.link(md5(b"abc"), "d/link")
         self.fyrn("-hash=MD5", "-renamedel", "d")
-        self.assertEqual(self.read("e/target"), b"abc")
-        self.assertEqual(self.contents("d"), {md5(b"abc"): b"abc"})
+        self.assertEqual(self.names("d"), sorted([md5(b"abc"), "link"]))
 
     def test_hard_links_of_one_file_collide_like_copies(self):
         self.write("d/a", b"abc")

@@ -245,11 +245,13 @@ TEST_F(FilePosix, AFileThatIsHeldOpenIsNeitherMovedNorRemoved) {
     ASSERT_EQ(symlink("a", Bytes("soft").c_str()), 0);
     InputFile file = platform::OpenForReading(path.c_str());
     for (const char* const name : {"a", "hard", "soft"}) {
-        EXPECT_FALSE(platform::MoveWithoutReplacing(scratch.Path(name).c_str(), scratch.Path("b").c_str()));
+        EXPECT_EQ(platform::MoveWithoutReplacing(scratch.Path(name).c_str(), scratch.Path("b").c_str()),
+                  platform::MoveResult::stays);
         EXPECT_FALSE(platform::RemoveFile(scratch.Path(name).c_str()));
     }
     platform::Close(file);
-    EXPECT_TRUE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()),
+              platform::MoveResult::moved);
     EXPECT_TRUE(platform::RemoveFile(scratch.Path("hard").c_str()));
 }
 

@@ -185,10 +185,11 @@ TEST_F(MoveByCopy, WithoutAPlaceForTheCopyTheFileIsNotMoved) {
     EXPECT_EQ(Read("a"), "content");
 }
 
-TEST_F(MoveByCopy, ALinkIsNotCopied) {
+TEST_F(MoveByCopy, ALinkStaysAndBlocksItsName) {
     fs::create_symlink("a", "link");
-    EXPECT_FALSE(Move("link", "b"));
-    EXPECT_TRUE(fs::is_symlink("link"));
+    EXPECT_EQ(Try("link", "b"), MoveResult::stays);
+    EXPECT_EQ(Try("a", "link"), MoveResult::nameBlocked);
+    EXPECT_EQ(Read("a"), "content");
     EXPECT_EQ(Read("b"), "(none)");
 }
 

@@ -35,12 +35,12 @@ TEST_F(MoveFallback, AFileIsMovedByASecondLink) {
     }
 }
 
-TEST_F(MoveFallback, ALinkIsMovedItself) {
+TEST_F(MoveFallback, ALinkStaysAndBlocksItsName) {
     Write("a", "x");
     fs::create_symlink("a", "link");
-    EXPECT_TRUE(Move("link", "b"));
-    EXPECT_TRUE(fs::is_symlink("b"));
-    EXPECT_EQ(fs::hard_link_count("a"), 1u);
+    EXPECT_EQ(Try("link", "b"), MoveResult::stays);
+    EXPECT_EQ(Try("a", "link"), MoveResult::nameBlocked);
+    EXPECT_EQ(Read("a"), "x");
 }
 
 TEST_F(MoveFallback, AnExistingTargetIsNotReplaced) {

@@ -15,6 +15,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using platform::MoveResult;
+
 class MoveFixture : public testing::Test {
   protected:
     MoveFixture() { std::filesystem::current_path(scratch.Directory()); }
@@ -23,9 +25,12 @@ class MoveFixture : public testing::Test {
         platform::moveCalls = platform::systemMoveCalls;
     }
 
-    static bool Move(const std::string& from, const std::string& to) {
+    static MoveResult Try(const std::string& from, const std::string& to) {
         return platform::MoveWithoutReplacing(platform::DecodeName(from).c_str(),
                                               platform::DecodeName(to).c_str());
+    }
+    static bool Move(const std::string& from, const std::string& to) {
+        return Try(from, to) == MoveResult::moved;
     }
     static bool Remove(const std::string& path) {
         return platform::RemoveFile(platform::DecodeName(path).c_str());

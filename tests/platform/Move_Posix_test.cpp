@@ -47,31 +47,29 @@ TEST_F(MovePosix, TheNameIsTheSameThroughALinkedDirectory) {
     EXPECT_EQ(Read("sub/a"), "x");
 }
 
-TEST_F(MovePosix, ALinkToAFileIsMovedAndRemovedItself) {
+TEST_F(MovePosix, ALinkBlocksItsNameWhereverItLeads) {
     Write("a", "x");
-    fs::create_symlink("a", "link");
-    EXPECT_TRUE(Move("link", "b"));
-    EXPECT_TRUE(fs::is_symlink("b"));
-    EXPECT_TRUE(Remove("b"));
+    Write("other", "y");
+    fs::create_directory("d");
+    for (const char* const target : {"a", "other", "d", "missing", "link"}) {
+        fs::create_symlink(target, "link");
+        EXPECT_EQ(Try("a", "link"), MoveResult::nameBlocked) << target;
+        EXPECT_EQ(fs::read_symlink("link"), target);
+        unlink("link");
+    }
     EXPECT_EQ(Read("a"), "x");
-}
-
-TEST_F(MovePosix, ADanglingLinkIsInTheWay) {
-    Write("a", "x");
-    fs::create_symlink("missing", "b");
-    EXPECT_FALSE(Move("a", "b"));
-    EXPECT_EQ(Read("a"), "x");
-    EXPECT_TRUE(fs::is_symlink("b"));
 }
 
 TEST_F(MovePosix, WhatIsNoFileStaysWhereItIs) {
+    Write("a", "x");
     fs::create_directory("d");
+    fs::create_symlink("a", "to-file");
     fs::create_symlink("d", "to-directory");
     fs::create_symlink("missing", "dangling");
     ASSERT_EQ(mkfifo("pipe", 0600), 0);
     fs::create_symlink("pipe", "to-pipe");
-    for (const char* const name : {"d", "to-directory", "dangling", "pipe", "to-pipe"}) {
-        EXPECT_FALSE(Move(name, "b")) << name;
+    for (const char* const name : {"d", "to-file", "to-directory", "dangling", "pipe", "to-pipe"}) {
+        EXPECT_EQ(Try(name, "b"), MoveResult::stays) << name;
         EXPECT_FALSE(Remove(name)) << name;
         EXPECT_NE(fs::symlink_status(name).type(), fs::file_type::not_found) << name;
     }
@@ -84,7 +82,7 @@ TEST_F(MovePosix, NamesThatBelongToTheSystemStay) {
     const std::string number = std::to_string(descriptor);
     for (const std::string& name :
          {"/proc/self/fd/" + number, "/dev/fd/" + number, std::string("/proc/self/exe")}) {
-        EXPECT_FALSE(Move(name, "b")) << name;
+        EXPECT_EQ(Try(name, "b"), MoveResult::stays) << name;
         EXPECT_FALSE(Remove(name)) << name;
     }
     close(descriptor);
@@ -111,8 +109,8 @@ TEST_F(MovePosix, PathsAreSplitIntoDirectoryAndName) {
 
 TEST_F(MovePosix, APathThatIsTooLongMovesNothing) {
     Write("a", "x");
-    EXPECT_FALSE(Move("a", std::string(PATH_MAX, 'b')));
-    EXPECT_FALSE(Move("a", std::string(256, 'b')));
+    EXPECT_EQ(Try("a", std::string(PATH_MAX, 'b')), MoveResult::failed);
+    EXPECT_EQ(Try("a", std::string(256, 'b')), MoveResult::failed);
     EXPECT_EQ(Read("a"), "x");
 }
 

@@ -13,6 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using platform::MoveResult;
+
 // Before any test changes it.
 const fs::path startDirectory = fs::current_path();
 
@@ -40,7 +42,7 @@ TEST_F(MoveToAnotherDrive, AFileIsCopiedWholeAndVanishesFromItsPlace) {
     const std::string content(3000000, 'x');
     const std::wstring from = scratch.Write("a", content);
     const fs::path to = elsewhere / "b";
-    ASSERT_TRUE(platform::MoveWithoutReplacing(from.c_str(), to.c_str()));
+    ASSERT_EQ(platform::MoveWithoutReplacing(from.c_str(), to.c_str()), MoveResult::moved);
     EXPECT_FALSE(fs::exists(from));
     EXPECT_EQ(Content(to), content);
 }
@@ -49,7 +51,7 @@ TEST_F(MoveToAnotherDrive, NothingIsReplaced) {
     const std::wstring from = scratch.Write("a", "x");
     const fs::path to = elsewhere / "b";
     std::ofstream(to) << "y";
-    EXPECT_FALSE(platform::MoveWithoutReplacing(from.c_str(), to.c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(from.c_str(), to.c_str()), MoveResult::nameTaken);
     EXPECT_EQ(Content(from), "x");
     EXPECT_EQ(Content(to), "y");
 }
@@ -62,11 +64,30 @@ TEST_F(MoveToAnotherDrive, AFileThatIsHeldOpenStays) {
     EXPECT_EQ(Content(from), "x");
 }
 
-TEST(MoveWindows, ADirectoryIsNotMoved) {
+// Links to a file, to a directory and to nothing; false where none can be made.
+bool MakeLinks(const fs::path& directory) {
+    constexpr DWORD unprivileged = 2; // SYMBOLIC_LINK_FLAG_ALLOW_UNPRIVILEGED_CREATE
+    const auto link = [&](const char* name, const wchar_t* to, DWORD flags) {
+        return CreateSymbolicLinkW((directory / name).c_str(), to, flags | unprivileged) != 0;
+    };
+    return link("to-file", L"a", 0) && link("to-directory", L"d", SYMBOLIC_LINK_FLAG_DIRECTORY) &&
+           link("dangling", L"missing", 0);
+}
+
+TEST(MoveWindows, ALinkStaysAndBlocksItsName) {
     const helpers::ScratchFiles scratch;
+    const std::wstring file = scratch.Write("a", "x");
     fs::create_directory(scratch.Directory() / "d");
-    EXPECT_FALSE(platform::MoveWithoutReplacing(scratch.Path("d").c_str(), scratch.Path("e").c_str()));
-    EXPECT_TRUE(fs::exists(scratch.Directory() / "d"));
+    if (!MakeLinks(scratch.Directory()))
+        GTEST_SKIP() << "Wine differs: links cannot be made";
+    for (const char* const name : {"to-file", "to-directory", "dangling"}) {
+        const std::wstring link = scratch.Path(name);
+        EXPECT_EQ(platform::MoveWithoutReplacing(link.c_str(), scratch.Path("b").c_str()), MoveResult::stays);
+        EXPECT_FALSE(platform::RemoveFile(link.c_str()));
+        EXPECT_EQ(platform::MoveWithoutReplacing(file.c_str(), link.c_str()), MoveResult::nameBlocked);
+        EXPECT_NE(GetFileAttributesW(link.c_str()), INVALID_FILE_ATTRIBUTES) << name;
+    }
+    EXPECT_EQ(Content(file), "x");
 }
 
 TEST(MoveWindows, AFileThatMayNotBeWrittenIsMovedButNotRemoved) {
@@ -74,7 +95,7 @@ TEST(MoveWindows, AFileThatMayNotBeWrittenIsMovedButNotRemoved) {
     const std::wstring from = scratch.Write("a", "x");
     const std::wstring to = scratch.Path("b");
     ASSERT_NE(SetFileAttributesW(from.c_str(), FILE_ATTRIBUTE_READONLY), 0);
-    EXPECT_TRUE(platform::MoveWithoutReplacing(from.c_str(), to.c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(from.c_str(), to.c_str()), MoveResult::moved);
     EXPECT_FALSE(platform::RemoveFile(to.c_str()));
     EXPECT_EQ(Content(to), "x");
     SetFileAttributesW(to.c_str(), FILE_ATTRIBUTE_NORMAL);

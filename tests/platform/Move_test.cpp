@@ -12,6 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using platform::MoveResult;
+
 class Move : public testing::Test {
   protected:
     Move() { fs::current_path(scratch.Directory()); }
@@ -27,7 +29,7 @@ class Move : public testing::Test {
 
 TEST_F(Move, AFileGetsItsNewName) {
     scratch.Write("a", "x");
-    EXPECT_TRUE(platform::MoveWithoutReplacing(L"a", L"b"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"b"), MoveResult::moved);
     EXPECT_FALSE(fs::exists("a"));
     EXPECT_EQ(Content("b"), "x");
 }
@@ -35,7 +37,7 @@ TEST_F(Move, AFileGetsItsNewName) {
 TEST_F(Move, ANewNameWithoutDirectoryIsOneInTheCurrentDirectory) {
     fs::create_directory("sub");
     scratch.Write("sub/a", "x");
-    EXPECT_TRUE(platform::MoveWithoutReplacing(scratch.Path("sub/a").c_str(), L"b"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(scratch.Path("sub/a").c_str(), L"b"), MoveResult::moved);
     EXPECT_FALSE(fs::exists("sub/a"));
     EXPECT_EQ(Content("b"), "x");
 }
@@ -44,36 +46,36 @@ TEST_F(Move, AnExistingTargetIsNotReplaced) {
     scratch.Write("a", "x");
     scratch.Write("b", "y");
     fs::create_directory("d");
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"a", L"b"));
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"a", L"d"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"b"), MoveResult::nameTaken);
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"d"), MoveResult::nameTaken);
     EXPECT_EQ(Content("a"), "x");
     EXPECT_EQ(Content("b"), "y");
 }
 
 TEST_F(Move, AFileThatBearsTheNameStaysAndCountsAsMoved) {
     const std::wstring whole = scratch.Write("a", "x");
-    EXPECT_TRUE(platform::MoveWithoutReplacing(L"a", L"a"));
-    EXPECT_TRUE(platform::MoveWithoutReplacing(whole.c_str(), L"a"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"a"), MoveResult::moved);
+    EXPECT_EQ(platform::MoveWithoutReplacing(whole.c_str(), L"a"), MoveResult::moved);
     EXPECT_EQ(Content("a"), "x");
 }
 
 TEST_F(Move, WhatIsNotThereOrHasNoNameCannotBeMoved) {
     scratch.Write("a", "x");
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"missing", L"b"));
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"", L"b"));
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"a", L""));
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"a", L"missing/b"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"missing", L"b"), MoveResult::stays);
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"", L"b"), MoveResult::stays);
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L""), MoveResult::failed);
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"missing/b"), MoveResult::failed);
     EXPECT_EQ(Content("a"), "x");
 }
 
 TEST_F(Move, AFileThatIsHeldOpenIsNeitherMovedNorRemoved) {
     scratch.Write("a", "x");
     platform::InputFile file = platform::OpenForReading(L"a");
-    EXPECT_FALSE(platform::MoveWithoutReplacing(L"a", L"b"));
+    EXPECT_NE(platform::MoveWithoutReplacing(L"a", L"b"), MoveResult::moved);
     EXPECT_FALSE(platform::RemoveFile(L"a"));
     platform::Close(file);
     EXPECT_EQ(Content("a"), "x");
-    EXPECT_TRUE(platform::MoveWithoutReplacing(L"a", L"b"));
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"b"), MoveResult::moved);
 }
 
 TEST_F(Move, AFileIsRemoved) {
@@ -83,8 +85,9 @@ TEST_F(Move, AFileIsRemoved) {
     EXPECT_FALSE(platform::RemoveFile(L"a"));
 }
 
-TEST_F(Move, ADirectoryIsNotRemoved) {
+TEST_F(Move, ADirectoryIsNeitherMovedNorRemoved) {
     fs::create_directory("d");
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"d", L"e"), MoveResult::stays);
     EXPECT_FALSE(platform::RemoveFile(L"d"));
     EXPECT_TRUE(fs::exists("d"));
 }

@@ -76,7 +76,8 @@ TEST_F(Sharing, NobodyWritesAFileWhileItIsRead) {
 TEST_F(Sharing, AFileThatSomebodyHasOpenIsNeitherMovedNorRemoved) {
     const ForeignHandle other(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     ASSERT_TRUE(other.IsOpen());
-    EXPECT_FALSE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()),
+              platform::MoveResult::failed);
     EXPECT_FALSE(platform::RemoveFile(path.c_str()));
     EXPECT_TRUE(std::filesystem::exists(path));
     EXPECT_FALSE(std::filesystem::exists(scratch.Path("b")));
@@ -93,7 +94,8 @@ TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
         if (file)
             platform::Close(file);
     EXPECT_FALSE(opened);
-    EXPECT_FALSE(platform::MoveWithoutReplacing(late.c_str(), scratch.Path("b").c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(late.c_str(), scratch.Path("b").c_str()),
+              platform::MoveResult::failed);
     EXPECT_FALSE(platform::RemoveFile(late.c_str()));
     EXPECT_TRUE(std::filesystem::exists(late));
     EXPECT_TRUE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("c").c_str())); // any other is
@@ -110,7 +112,8 @@ TEST_F(Sharing, AFileWithAReadErrorIsNeitherMovedNorRemovedAfterItIsClosed) {
             GTEST_SKIP() << "Wine differs: a locked byte can be read";
         platform::Close(file);
     }
-    EXPECT_FALSE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()));
+    EXPECT_EQ(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("b").c_str()),
+              platform::MoveResult::failed);
     EXPECT_FALSE(platform::RemoveFile(path.c_str()));
     EXPECT_TRUE(std::filesystem::exists(path));
 }
