@@ -2,11 +2,13 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "crypto/Md6Level.h"
+#include "hash/Md6Level.h"
 #include "platform/File.h"
 
 #include <cstdint>
 #include <string>
+
+using fyrn::hash::Md6Level;
 
 // What the members of CCrypto_Md6 return.
 enum Md6Result : int {

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace fyrn::hash {
+
 // One level of MD6's tree: the next node's index, and the data of up to eight nodes that wait to be
 // compressed together. Positions count bits, the first bit of a byte being its most significant one.
 class Md6Level {
@@ -43,3 +45,5 @@ class Md6Level {
     std::uint32_t bits_;
     alignas(64) unsigned char data_[capacity / 8];
 };
+
+} // namespace fyrn::hash

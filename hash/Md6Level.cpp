@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "crypto/Md6Level.h"
+#include "hash/Md6Level.h"
 
 #include <algorithm>
 #include <cstring>
+
+namespace fyrn::hash {
 
 void Md6Level::Reset() {
     nextIndex_ = 0;
@@ -39,3 +41,5 @@ void Md6Level::DropNodes(std::uint32_t count) {
     std::memmove(data_, data_ + dropped / 8, (bits_ - dropped + 7) / 8);
     bits_ -= dropped;
 }
+
+} // namespace fyrn::hash

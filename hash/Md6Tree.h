@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hash/Md6Level.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace fyrn::hash {
+
+// MD6 (Rivest et al., "The MD6 hash function", 2008) with the mode parameter L = 64: always the full tree.
+//
+// The digest does not depend on the order in which the nodes of the tree are compressed, so every level collects up to
+// eight nodes and compresses them together, when a further one begins. The last node of a level always stays back: only
+// the data that goes on behind it tells that it is not the root.
+class Md6Tree {
+  public:
+    static constexpr unsigned int maxDigestBits = 512;
+    static constexpr std::size_t maxKeySize = 64; // bytes
+    static constexpr std::size_t blockSize = Md6Level::nodeBytes;
+
+    // A digest of 1 to maxDigestBits bits, with a key of up to maxKeySize bytes, which is not kept.
+    explicit Md6Tree(unsigned int digestBits, const std::uint8_t* key = nullptr, std::size_t keySize = 0);
+
+    // Begins a message.
+    void Reset();
+
+    // Take in message bytes, or bits, the most significant one of a byte first.
+    void Update(const std::uint8_t* bytes, std::size_t count) { UpdateBits(bytes, std::uint64_t{count} * 8); }
+    void UpdateBits(const std::uint8_t* bytes, std::uint64_t bitCount);
+
+    // Finishes the tree and writes the digest of (digestBits + 7) / 8 bytes. Reset begins the next message.
+    void Finish(std::uint8_t* digest);
+
+    static const char* Kernel();
+
+  private:
+    static constexpr int levelCount = 29;         // more than 2^64 bits fill; levels count from 1
+    static constexpr std::size_t valueSize = 128; // bytes of a chaining value
+    static constexpr std::uint32_t valueBits = 8 * valueSize;
+
+    std::uint64_t Control(bool isRoot, std::uint32_t padding) const;
+    void Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes, std::uint32_t count, bool isRoot,
+                  std::uint32_t padding);
+    void PassOn(int ell, const std::uint8_t* nodes, std::uint32_t count, std::uint32_t padding);
+    void Append(int ell, const std::uint8_t* values, std::uint32_t count);
+    void Flush(int ell);
+    void CopyDigest(std::uint8_t* digest, const std::uint8_t* root) const;
+
+    unsigned int digestBits_;
+    unsigned int keySize_;
+    int rounds_;
+    int top_; // the highest level in use
+    std::uint64_t key_[8];
+    Md6Level levels_[levelCount];
+};
+
+} // namespace fyrn::hash

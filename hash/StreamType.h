@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// Every stream class in one form, so that a table can hold all functions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <type_traits>
+
+namespace fyrn::hash {
+
+// What can be done with a stream of some class, in memory that the caller owns. Streams are trivially copyable: a copy of
+// the bytes is a second stream, and none needs to be destroyed.
+struct StreamType {
+    std::size_t size; // bytes of a stream; aligned as any object that `new` makes, or to 64 bytes
+    void (*begin)(void* stream, std::size_t digestSize); // makes a stream and begins its first message
+    void (*reset)(void* stream);
+    void (*update)(void* stream, const std::uint8_t* bytes, std::size_t count);
+    void (*finish)(void* stream, std::uint8_t* digest);
+    const char* (*kernel)(); // the name of the kernel in use
+};
+
+inline constexpr std::size_t maxStreamAlignment = 64;
+
+// `make(memory, digestSize)` constructs the stream.
+template <class Stream, class Make>
+constexpr StreamType MakeStreamType(Make make) {
+    static_assert(std::is_trivially_copyable_v<Stream> && alignof(Stream) <= maxStreamAlignment);
+    return {
+        .size = sizeof(Stream),
+        .begin = make,
+        .reset = [](void* stream) { static_cast<Stream*>(stream)->Reset(); },
+        .update = [](void* stream, const std::uint8_t* bytes,
+                     std::size_t count) { static_cast<Stream*>(stream)->Update(bytes, count); },
+        .finish = [](void* stream, std::uint8_t* digest) { static_cast<Stream*>(stream)->Finish(digest); },
+        .kernel = Stream::Kernel};
+}
+
+// Of a stream class without parameters.
+template <class Stream>
+inline constexpr StreamType streamType = MakeStreamType<Stream>([](void* memory, std::size_t) {
+    (new (memory) Stream)->Reset();
+});
+
+} // namespace fyrn::hash
