@@ -98,7 +98,8 @@ TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
               platform::MoveResult::failed);
     EXPECT_FALSE(platform::RemoveFile(late.c_str()));
     EXPECT_TRUE(std::filesystem::exists(late));
-    EXPECT_TRUE(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("c").c_str())); // any other is
+    EXPECT_EQ(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("c").c_str()),
+              platform::MoveResult::moved); // as any other is
 }
 
 TEST_F(Sharing, AFileWithAReadErrorIsNeitherMovedNorRemovedAfterItIsClosed) {
