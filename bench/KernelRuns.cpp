@@ -38,7 +38,7 @@ void AddSkein(std::vector<KernelRun>& runs, const std::string& algorithm, Candid
 }
 
 void AddKeccak(std::vector<KernelRun>& runs, std::size_t rate) {
-    Add(runs, "Keccak-" + std::to_string(rate), fyrn::kernels::KeccakCandidates(),
+    Add(runs, "Keccak-" + std::to_string(rate), fyrn::kernels::KernelCandidates().keccak,
         [rate](auto* kernel, Bytes bytes, std::size_t count) {
             std::uint64_t state[25] = {};
             kernel(state, bytes, rate / 8, count / rate);
@@ -47,7 +47,7 @@ void AddKeccak(std::vector<KernelRun>& runs, std::size_t rate) {
 
 // The lowest level of the tree: three quarters of the work on a message.
 void AddMd6(std::vector<KernelRun>& runs, int rounds) {
-    Add(runs, "Md6-" + std::to_string(rounds), fyrn::kernels::Md6Candidates(),
+    Add(runs, "Md6-" + std::to_string(rounds), fyrn::kernels::KernelCandidates().md6,
         [rounds](auto* kernel, Bytes bytes, std::size_t count) {
             static const std::uint64_t prefix[23] = {};
             static std::uint8_t chainingValues[longestMessage / 4];
@@ -70,29 +70,29 @@ fyrn::kernels::CrcTables MakeCrcTables() {
 
 std::vector<KernelRun> KernelRuns() {
     std::vector<KernelRun> runs;
-    Add(runs, "Blake2b", fyrn::kernels::Blake2bCandidates(),
+    Add(runs, "Blake2b", fyrn::kernels::KernelCandidates().blake2b,
         [](auto* kernel, Bytes bytes, std::size_t count) {
             fyrn::kernels::Blake2bState state{};
             kernel(state, bytes, count / 128, 128);
         });
-    Add(runs, "Crc", fyrn::kernels::CrcCandidates(), [](auto* kernel, Bytes bytes, std::size_t count) {
+    Add(runs, "Crc", fyrn::kernels::KernelCandidates().crc, [](auto* kernel, Bytes bytes, std::size_t count) {
         static const fyrn::kernels::CrcTables tables = MakeCrcTables();
         kernel(tables, 0, bytes, count);
     });
     for (const unsigned int rate : {72u, 104u, 136u, 144u, 168u})
         AddKeccak(runs, rate);
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", fyrn::kernels::Md4Candidates());
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", fyrn::kernels::Md5Candidates());
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", fyrn::kernels::KernelCandidates().md4);
+    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", fyrn::kernels::KernelCandidates().md5);
     for (const int rounds : {72, 104, 168})
         AddMd6(runs, rounds);
-    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", fyrn::kernels::Sha1Candidates());
-    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", fyrn::kernels::Sha256Candidates());
-    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", fyrn::kernels::Sha512Candidates());
-    AddSkein<4>(runs, "Skein256", fyrn::kernels::Skein256Candidates());
-    AddSkein<8>(runs, "Skein512", fyrn::kernels::Skein512Candidates());
-    AddSkein<16>(runs, "Skein1024", fyrn::kernels::Skein1024Candidates());
-    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", fyrn::kernels::TigerCandidates());
-    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", fyrn::kernels::WhirlpoolCandidates());
+    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", fyrn::kernels::KernelCandidates().sha1);
+    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", fyrn::kernels::KernelCandidates().sha256);
+    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", fyrn::kernels::KernelCandidates().sha512);
+    AddSkein<4>(runs, "Skein256", fyrn::kernels::KernelCandidates().skein256);
+    AddSkein<8>(runs, "Skein512", fyrn::kernels::KernelCandidates().skein512);
+    AddSkein<16>(runs, "Skein1024", fyrn::kernels::KernelCandidates().skein1024);
+    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", fyrn::kernels::KernelCandidates().tiger);
+    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", fyrn::kernels::KernelCandidates().whirlpool);
     return runs;
 }
 

@@ -82,9 +82,10 @@ void Skein(const Case& given, const Candidates& candidates) {
 void Blake2b(const Case& given) {
     const auto start = given.input.Take<fyrn::kernels::Blake2bState>();
     const Blocks blocks(given.input, given.count * 128, given.alignment);
-    Compare(fyrn::kernels::Blake2bCandidates(), start, [&](auto* kernel, fyrn::kernels::Blake2bState& state) {
-        kernel(state, blocks.Begin(), given.count, given.special);
-    });
+    Compare(fyrn::kernels::KernelCandidates().blake2b, start,
+            [&](auto* kernel, fyrn::kernels::Blake2bState& state) {
+                kernel(state, blocks.Begin(), given.count, given.special);
+            });
 }
 
 void Keccak(const Case& given) {
@@ -92,7 +93,7 @@ void Keccak(const Case& given) {
     const auto lanes = static_cast<std::size_t>(given.special % 26);
     const auto start = given.input.Take<State>();
     const Blocks blocks(given.input, given.count * lanes * 8, given.alignment);
-    Compare(fyrn::kernels::KeccakCandidates(), start,
+    Compare(fyrn::kernels::KernelCandidates().keccak, start,
             [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), lanes, given.count); });
 }
 
@@ -113,7 +114,7 @@ void Crc(const Case& given) {
     const auto start = given.input.Take<std::uint64_t>();
     const std::size_t count = given.count * 64 + given.input.Take<std::uint8_t>() % 64u;
     const Blocks blocks(given.input, count, given.alignment);
-    Compare(fyrn::kernels::CrcCandidates(), start,
+    Compare(fyrn::kernels::KernelCandidates().crc, start,
             [&](auto* kernel, std::uint64_t& crc) { crc = kernel(tables, crc, blocks.Begin(), count); });
 }
 
@@ -129,25 +130,33 @@ void Md6(const Case& given) {
     batch.lastControl = given.special;
     batch.rounds = given.input.Take<std::uint8_t>();
     const Blocks nodes(given.input, given.count * fyrn::kernels::md6NodeSize, given.alignment);
-    Compare(fyrn::kernels::Md6Candidates(), State{},
+    Compare(fyrn::kernels::KernelCandidates().md6, State{},
             [&](auto* kernel, State& state) { kernel(state.values, nodes.Begin(), given.count, batch); });
 }
 
 using Words32x4 = Words<std::uint32_t, 4>;
 
 constexpr void (*algorithms[])(const Case& given) = {
-    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::Md4Candidates()); },
-    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::Md5Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::Sha1Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::Sha256Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::Sha512Candidates()); },
-    [](const Case& given) { Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::TigerCandidates()); },
+    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md4); },
+    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md5); },
     [](const Case& given) {
-        Plain<Words<std::uint64_t, 8>, 64>(given, fyrn::kernels::WhirlpoolCandidates());
+        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().sha1);
     },
-    [](const Case& given) { Skein<4>(given, fyrn::kernels::Skein256Candidates()); },
-    [](const Case& given) { Skein<8>(given, fyrn::kernels::Skein512Candidates()); },
-    [](const Case& given) { Skein<16>(given, fyrn::kernels::Skein1024Candidates()); },
+    [](const Case& given) {
+        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sha256);
+    },
+    [](const Case& given) {
+        Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::KernelCandidates().sha512);
+    },
+    [](const Case& given) {
+        Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::KernelCandidates().tiger);
+    },
+    [](const Case& given) {
+        Plain<Words<std::uint64_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().whirlpool);
+    },
+    [](const Case& given) { Skein<4>(given, fyrn::kernels::KernelCandidates().skein256); },
+    [](const Case& given) { Skein<8>(given, fyrn::kernels::KernelCandidates().skein512); },
+    [](const Case& given) { Skein<16>(given, fyrn::kernels::KernelCandidates().skein1024); },
     Blake2b,
     Keccak,
     Crc,

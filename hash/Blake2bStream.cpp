@@ -52,7 +52,7 @@ void Blake2bStream::Finish(std::uint8_t* digest) {
 }
 
 const char* Blake2bStream::Kernel() {
-    return KernelName(kernels::Blake2bCandidates(), kernels::Kernels().blake2b);
+    return KernelName(kernels::KernelCandidates().blake2b, kernels::Kernels().blake2b);
 }
 
 } // namespace fyrn::hash

@@ -21,14 +21,18 @@ struct Md4 {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().md4(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::Md4Candidates(), kernels::Kernels().md4); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().md4, kernels::Kernels().md4);
+    }
 };
 
 struct Md5 : Md4 {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().md5(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::Md5Candidates(), kernels::Kernels().md5); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().md5, kernels::Kernels().md5);
+    }
 };
 
 struct Sha1 {
@@ -40,7 +44,9 @@ struct Sha1 {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().sha1(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::Sha1Candidates(), kernels::Kernels().sha1); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().sha1, kernels::Kernels().sha1);
+    }
 };
 
 struct Sha256 {
@@ -53,7 +59,9 @@ struct Sha256 {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().sha256(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::Sha256Candidates(), kernels::Kernels().sha256); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().sha256, kernels::Kernels().sha256);
+    }
 };
 
 struct Sha224 : Sha256 {
@@ -73,7 +81,9 @@ struct Sha512 {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().sha512(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::Sha512Candidates(), kernels::Kernels().sha512); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().sha512, kernels::Kernels().sha512);
+    }
 };
 
 struct Sha384 : Sha512 {
@@ -108,7 +118,9 @@ struct Tiger {
     static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
         kernels::Kernels().tiger(state, blocks, count);
     }
-    static const char* Kernel() { return KernelName(kernels::TigerCandidates(), kernels::Kernels().tiger); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().tiger, kernels::Kernels().tiger);
+    }
 };
 template <std::size_t bytes>
 using Tiger1 = Tiger<bytes, 0x01>;
@@ -125,7 +137,7 @@ struct Whirlpool {
         kernels::Kernels().whirlpool(state, blocks, count);
     }
     static const char* Kernel() {
-        return KernelName(kernels::WhirlpoolCandidates(), kernels::Kernels().whirlpool);
+        return KernelName(kernels::KernelCandidates().whirlpool, kernels::Kernels().whirlpool);
     }
 };
 

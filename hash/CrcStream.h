@@ -32,7 +32,9 @@ class CrcStream {
     // Writes the digest. Reset begins the next message.
     void Finish(std::uint8_t* digest) { kernels::StoreBig(digest, static_cast<Register>(register_ ^ ones)); }
 
-    static const char* Kernel() { return KernelName(kernels::CrcCandidates(), kernels::Kernels().crc); }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().crc, kernels::Kernels().crc);
+    }
 
   private:
     static constexpr Register ones = static_cast<Register>(~Register{0});

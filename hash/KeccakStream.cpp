@@ -58,7 +58,7 @@ void KeccakStream::Finish(std::uint8_t* digest) {
 }
 
 const char* KeccakStream::Kernel() {
-    return KernelName(kernels::KeccakCandidates(), kernels::Kernels().keccak);
+    return KernelName(kernels::KernelCandidates().keccak, kernels::Kernels().keccak);
 }
 
 } // namespace fyrn::hash

@@ -141,7 +141,7 @@ void Md6Tree::CopyDigest(std::uint8_t* digest, const std::uint8_t* root) const {
 }
 
 const char* Md6Tree::Kernel() {
-    return KernelName(kernels::Md6Candidates(), kernels::Kernels().md6);
+    return KernelName(kernels::KernelCandidates().md6, kernels::Kernels().md6);
 }
 
 } // namespace fyrn::hash

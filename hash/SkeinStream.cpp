@@ -79,9 +79,9 @@ void SkeinStream<words>::Finish(std::uint8_t* digest) {
 
 template <std::size_t words>
 const char* SkeinStream<words>::Kernel() {
-    const auto candidates = words == 4   ? kernels::Skein256Candidates()
-                            : words == 8 ? kernels::Skein512Candidates()
-                                         : kernels::Skein1024Candidates();
+    const auto candidates = words == 4   ? kernels::KernelCandidates().skein256
+                            : words == 8 ? kernels::KernelCandidates().skein512
+                                         : kernels::KernelCandidates().skein1024;
     return KernelName(candidates, ChosenKernel<words>());
 }
 

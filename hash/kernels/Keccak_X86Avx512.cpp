@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Keccak-f[1600] with AVX-512; Keccak_X86Avx512Lanes.h tells how. The state stays in five vectors from
+// Keccak-f[1600] with AVX-512; Keccak_X86Avx512Planes.h tells how. The state stays in five vectors from
 // block to block.
 #include "hash/kernels/Keccak.h"
 #include "hash/kernels/Keccak_X86Avx512Rounds.h"

@@ -3,6 +3,8 @@
 
 #include "hash/kernels/Isa.h"
 
+#include <algorithm>
+
 namespace fyrn::kernels {
 namespace {
 
@@ -81,90 +83,44 @@ constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
     {"portable", cpu::none, Whirlpool_Blocks_Portable},
 };
 
-template <class Function, std::size_t size>
-Function* Best(const Candidate<Function> (&candidates)[size]) {
+constexpr CandidateTable candidates = {
+    .blake2b = blake2b,
+    .crc = crc,
+    .keccak = keccak,
+    .md4 = md4,
+    .md5 = md5,
+    .md6 = md6,
+    .sha1 = sha1,
+    .sha256 = sha256,
+    .sha512 = sha512,
+    .skein256 = skein256,
+    .skein512 = skein512,
+    .skein1024 = skein1024,
+    .tiger = tiger,
+    .whirlpool = whirlpool,
+};
+
+template <class Function>
+Function* Best(Candidates<Function> all) {
     const CpuFeatures available = AvailableCpuFeatures();
-    const Candidate<Function>* candidate = candidates;
-    while ((candidate->needs & ~available) != 0)
-        ++candidate;
-    return candidate->function;
+    const auto canRun = [available](const auto& candidate) { return (candidate.needs & ~available) == 0; };
+    return std::find_if(all.begin(), all.end(), canRun)->function;
+}
+
+KernelSet Choose() {
+    KernelSet chosen{};
+    ForEachAlgorithm([&chosen](const char*, auto member) { member(chosen) = Best(member(candidates)); });
+    return chosen;
 }
 
 } // namespace
 
-std::span<const Candidate<Blake2bCompress>> Blake2bCandidates() {
-    return blake2b;
-}
-
-std::span<const Candidate<CrcBytes>> CrcCandidates() {
-    return crc;
-}
-
-std::span<const Candidate<KeccakBlocks>> KeccakCandidates() {
-    return keccak;
-}
-
-std::span<const Candidate<Md4Blocks>> Md4Candidates() {
-    return md4;
-}
-
-std::span<const Candidate<Md5Blocks>> Md5Candidates() {
-    return md5;
-}
-
-std::span<const Candidate<Md6Nodes>> Md6Candidates() {
-    return md6;
-}
-
-std::span<const Candidate<Sha1Blocks>> Sha1Candidates() {
-    return sha1;
-}
-
-std::span<const Candidate<Sha256Blocks>> Sha256Candidates() {
-    return sha256;
-}
-
-std::span<const Candidate<Sha512Blocks>> Sha512Candidates() {
-    return sha512;
-}
-
-std::span<const Candidate<SkeinBlocks>> Skein256Candidates() {
-    return skein256;
-}
-
-std::span<const Candidate<SkeinBlocks>> Skein512Candidates() {
-    return skein512;
-}
-
-std::span<const Candidate<SkeinBlocks>> Skein1024Candidates() {
-    return skein1024;
-}
-
-std::span<const Candidate<TigerBlocks>> TigerCandidates() {
-    return tiger;
-}
-
-std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates() {
-    return whirlpool;
+const CandidateTable& KernelCandidates() {
+    return candidates;
 }
 
 const KernelSet& Kernels() {
-    static const KernelSet chosen = {
-        .blake2b = Best(blake2b),
-        .crc = Best(crc),
-        .keccak = Best(keccak),
-        .md4 = Best(md4),
-        .md5 = Best(md5),
-        .md6 = Best(md6),
-        .sha1 = Best(sha1),
-        .sha256 = Best(sha256),
-        .sha512 = Best(sha512),
-        .skein256 = Best(skein256),
-        .skein512 = Best(skein512),
-        .skein1024 = Best(skein1024),
-        .tiger = Best(tiger),
-        .whirlpool = Best(whirlpool),
-    };
+    static const KernelSet chosen = Choose();
     return chosen;
 }
 

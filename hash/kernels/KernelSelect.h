@@ -28,39 +28,69 @@ struct Candidate {
     Function* function;
 };
 
+// A member for every algorithm.
+template <template <class Function> class Of>
+struct PerAlgorithm {
+    Of<Blake2bCompress> blake2b;
+    Of<CrcBytes> crc;
+    Of<KeccakBlocks> keccak;
+    Of<Md4Blocks> md4;
+    Of<Md5Blocks> md5;
+    Of<Md6Nodes> md6;
+    Of<Sha1Blocks> sha1;
+    Of<Sha256Blocks> sha256;
+    Of<Sha512Blocks> sha512;
+    Of<SkeinBlocks> skein256;
+    Of<SkeinBlocks> skein512;
+    Of<SkeinBlocks> skein1024;
+    Of<TigerBlocks> tiger;
+    Of<WhirlpoolBlocks> whirlpool;
+};
+
+// Calls visit(name, member) for every algorithm; member(x) is that member of x, a PerAlgorithm.
+template <class Visit>
+void ForEachAlgorithm(Visit visit) {
+    visit(
+        "Blake2b", [](auto& of) -> auto& { return of.blake2b; });
+    visit(
+        "Crc", [](auto& of) -> auto& { return of.crc; });
+    visit(
+        "Keccak", [](auto& of) -> auto& { return of.keccak; });
+    visit(
+        "Md4", [](auto& of) -> auto& { return of.md4; });
+    visit(
+        "Md5", [](auto& of) -> auto& { return of.md5; });
+    visit(
+        "Md6", [](auto& of) -> auto& { return of.md6; });
+    visit(
+        "Sha1", [](auto& of) -> auto& { return of.sha1; });
+    visit(
+        "Sha256", [](auto& of) -> auto& { return of.sha256; });
+    visit(
+        "Sha512", [](auto& of) -> auto& { return of.sha512; });
+    visit(
+        "Skein256", [](auto& of) -> auto& { return of.skein256; });
+    visit(
+        "Skein512", [](auto& of) -> auto& { return of.skein512; });
+    visit(
+        "Skein1024", [](auto& of) -> auto& { return of.skein1024; });
+    visit(
+        "Tiger", [](auto& of) -> auto& { return of.tiger; });
+    visit(
+        "Whirlpool", [](auto& of) -> auto& { return of.whirlpool; });
+}
+
+template <class Function>
+using Candidates = std::span<const Candidate<Function>>;
+using CandidateTable = PerAlgorithm<Candidates>;
+
 // Every candidate, best first; the last one is the portable
 // kernel and needs nothing. For tests and benchmarks.
-std::span<const Candidate<Blake2bCompress>> Blake2bCandidates();
-std::span<const Candidate<CrcBytes>> CrcCandidates();
-std::span<const Candidate<KeccakBlocks>> KeccakCandidates();
-std::span<const Candidate<Md4Blocks>> Md4Candidates();
-std::span<const Candidate<Md5Blocks>> Md5Candidates();
-std::span<const Candidate<Md6Nodes>> Md6Candidates();
-std::span<const Candidate<Sha1Blocks>> Sha1Candidates();
-std::span<const Candidate<Sha256Blocks>> Sha256Candidates();
-std::span<const Candidate<Sha512Blocks>> Sha512Candidates();
-std::span<const Candidate<SkeinBlocks>> Skein256Candidates();
-std::span<const Candidate<SkeinBlocks>> Skein512Candidates();
-std::span<const Candidate<SkeinBlocks>> Skein1024Candidates();
-std::span<const Candidate<TigerBlocks>> TigerCandidates();
-std::span<const Candidate<WhirlpoolBlocks>> WhirlpoolCandidates();
+const CandidateTable& KernelCandidates();
 
-struct KernelSet {
-    Blake2bCompress* blake2b;
-    CrcBytes* crc;
-    KeccakBlocks* keccak;
-    Md4Blocks* md4;
-    Md5Blocks* md5;
-    Md6Nodes* md6;
-    Sha1Blocks* sha1;
-    Sha256Blocks* sha256;
-    Sha512Blocks* sha512;
-    SkeinBlocks* skein256;
-    SkeinBlocks* skein512;
-    SkeinBlocks* skein1024;
-    TigerBlocks* tiger;
-    WhirlpoolBlocks* whirlpool;
-};
+template <class Function>
+using Chosen = Function*;
+using KernelSet = PerAlgorithm<Chosen>;
 
 // Chosen once, at first use.
 const KernelSet& Kernels();

@@ -33,28 +33,14 @@ Names SourcesForAvx512() {
 // chosen, and the one that is chosen is the first.
 template <class Visit>
 void ForEachChosen(Visit visit) {
-    const auto visitFirst = [&visit](const std::string& algorithm, auto candidates) {
-        for (const auto& candidate : candidates) {
+    fyrn::kernels::ForEachAlgorithm([&visit](const char* algorithm, auto member) {
+        for (const auto& candidate : member(fyrn::kernels::KernelCandidates())) {
             if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) != 0)
                 continue;
-            visit(algorithm, candidate);
+            visit(std::string(algorithm), candidate);
             break;
         }
-    };
-    visitFirst("Blake2b", fyrn::kernels::Blake2bCandidates());
-    visitFirst("Crc", fyrn::kernels::CrcCandidates());
-    visitFirst("Keccak", fyrn::kernels::KeccakCandidates());
-    visitFirst("Md4", fyrn::kernels::Md4Candidates());
-    visitFirst("Md5", fyrn::kernels::Md5Candidates());
-    visitFirst("Md6", fyrn::kernels::Md6Candidates());
-    visitFirst("Sha1", fyrn::kernels::Sha1Candidates());
-    visitFirst("Sha256", fyrn::kernels::Sha256Candidates());
-    visitFirst("Sha512", fyrn::kernels::Sha512Candidates());
-    visitFirst("Skein256", fyrn::kernels::Skein256Candidates());
-    visitFirst("Skein512", fyrn::kernels::Skein512Candidates());
-    visitFirst("Skein1024", fyrn::kernels::Skein1024Candidates());
-    visitFirst("Tiger", fyrn::kernels::TigerCandidates());
-    visitFirst("Whirlpool", fyrn::kernels::WhirlpoolCandidates());
+    });
 }
 
 bool SuiteHas(const std::string& instance) {

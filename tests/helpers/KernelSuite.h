@@ -7,7 +7,7 @@
 //       using State = std::array<std::uint32_t, 4>; // trivially copyable, comparable, without padding
 //       static constexpr std::size_t blockSize = 64; // bytes; 1 for a kernel that takes any length
 //       static constexpr std::size_t maxBlocks = 40; // the longest run of blocks worth trying
-//       static auto Candidates() { return fyrn::kernels::Md5Candidates(); }
+//       static auto Candidates() { return fyrn::kernels::KernelCandidates().md5; }
 //       static void Run(fyrn::kernels::Md5Blocks* kernel, State& state, const std::uint8_t* blocks, std::size_t count);
 //       static void Reference(State& state, const std::uint8_t* blocks, std::size_t count);
 //   };

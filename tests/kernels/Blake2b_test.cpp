@@ -14,7 +14,7 @@ struct Blake2bFamily {
     using State = fyrn::kernels::Blake2bState;
     static constexpr std::size_t blockSize = 128;
     static constexpr std::size_t maxBlocks = 20;
-    static auto Candidates() { return fyrn::kernels::Blake2bCandidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().blake2b; }
 
     // Random chain and counter; every other state is in its last block.
     static State RandomState(std::uint64_t seed) {

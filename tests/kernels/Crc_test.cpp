@@ -20,7 +20,7 @@ struct CrcFamily {
     static constexpr std::size_t blockSize = 1;
     static constexpr std::size_t maxBlocks = 1200;
 
-    static auto Candidates() { return fyrn::kernels::CrcCandidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().crc; }
 
     static void Run(fyrn::kernels::CrcBytes* kernel, State& state, const std::uint8_t* bytes,
                     std::size_t count) {

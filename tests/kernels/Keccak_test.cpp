@@ -10,7 +10,7 @@ struct KeccakFamily {
     using State = reference::KeccakState;
     static constexpr std::size_t blockSize = 8 * lanes;
     static constexpr std::size_t maxBlocks = 10;
-    static auto Candidates() { return fyrn::kernels::KeccakCandidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().keccak; }
     static void Run(fyrn::kernels::KeccakBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, lanes, count);

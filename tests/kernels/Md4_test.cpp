@@ -10,7 +10,7 @@ struct Md4Family {
     using State = reference::State32x4;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return fyrn::kernels::Md4Candidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().md4; }
     static void Run(fyrn::kernels::Md4Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);

@@ -40,7 +40,7 @@ struct Md6Family {
     using State = Md6State;
     static constexpr std::size_t blockSize = fyrn::kernels::md6NodeSize;
     static constexpr std::size_t maxBlocks = 19;
-    static auto Candidates() { return fyrn::kernels::Md6Candidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().md6; }
 
     static State RandomState(std::uint64_t seed) {
         State state;

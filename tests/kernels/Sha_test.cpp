@@ -10,7 +10,7 @@ struct Sha1Family {
     using State = reference::Sha1State;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return fyrn::kernels::Sha1Candidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().sha1; }
     static void Run(fyrn::kernels::Sha1Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
@@ -26,7 +26,7 @@ struct Sha256Family {
     using State = reference::Sha256State;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return fyrn::kernels::Sha256Candidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().sha256; }
     static void Run(fyrn::kernels::Sha256Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
@@ -42,7 +42,7 @@ struct Sha512Family {
     using State = reference::Sha512State;
     static constexpr std::size_t blockSize = 128;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return fyrn::kernels::Sha512Candidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().sha512; }
     static void Run(fyrn::kernels::Sha512Blocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);

@@ -23,9 +23,9 @@ struct SkeinFamily {
     static constexpr std::size_t blockSize = 8 * words;
     static constexpr std::size_t maxBlocks = 20;
     static auto Candidates() {
-        return words == 4   ? fyrn::kernels::Skein256Candidates()
-               : words == 8 ? fyrn::kernels::Skein512Candidates()
-                            : fyrn::kernels::Skein1024Candidates();
+        return words == 4   ? fyrn::kernels::KernelCandidates().skein256
+               : words == 8 ? fyrn::kernels::KernelCandidates().skein512
+                            : fyrn::kernels::KernelCandidates().skein1024;
     }
     static void Run(fyrn::kernels::SkeinBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {

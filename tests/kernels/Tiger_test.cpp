@@ -11,7 +11,7 @@ struct TigerFamily {
     using State = reference::TigerState;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 40;
-    static auto Candidates() { return fyrn::kernels::TigerCandidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().tiger; }
     static void Run(fyrn::kernels::TigerBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);

@@ -11,7 +11,7 @@ struct WhirlpoolFamily {
     using State = std::array<std::uint64_t, 8>;
     static constexpr std::size_t blockSize = 64;
     static constexpr std::size_t maxBlocks = 20;
-    static auto Candidates() { return fyrn::kernels::WhirlpoolCandidates(); }
+    static auto Candidates() { return fyrn::kernels::KernelCandidates().whirlpool; }
     static void Run(fyrn::kernels::WhirlpoolBlocks* kernel, State& state, const std::uint8_t* blocks,
                     std::size_t count) {
         kernel(state.data(), blocks, count);
