@@ -23,10 +23,9 @@ void Run(int argc, wchar_t* argv[]) {
     PrintHeader(context);
     LoadSalt(context, salt);
     StartProgress(context);
-    bool inStartDirectory = true;
-    for (int i = 1; i < argc && inStartDirectory; ++i)
+    for (int i = 1; i < argc; ++i)
         if (argv[i][0] != L'\0')
-            inStartDirectory = ProcessTarget(context, argv[i]);
+            ProcessTarget(context, argv[i]);
 }
 
 } // namespace

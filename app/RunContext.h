@@ -16,6 +16,7 @@
 
 // The state of one run: what the command line asked for, the engines, and the last digest.
 struct RunContext {
+    bool inStartDirectory = true;   // false once the way back from a walk was lost
     bool deleteOnCollision = false; // a file whose digest name is taken is deleted instead of numbered
     bool recurse = false;           // walks go into sub-directories
     bool rename = false;            // every file is renamed to its digest

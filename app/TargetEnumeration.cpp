@@ -8,6 +8,7 @@
 
 #include <cwchar>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -70,17 +71,31 @@ bool LocateTarget(const wchar_t* argument, PathParts& parts) {
     return true;
 }
 
+// Whether what an argument names can be found, and is what the user meant.
+bool MayBeProcessed(const RunContext& context, const wchar_t* argument) {
+    return context.inStartDirectory || platform::IsAbsolute(argument);
+}
+
+// A file that is renamed goes into the start directory.
+void ProcessNamedFile(RunContext& context, const wchar_t* path, const FoundEntry& entry) {
+    const bool rename = std::exchange(context.rename, context.rename && context.inStartDirectory);
+    ProcessFoundFile(context, path, entry);
+    context.rename = rename;
+}
+
 // Processes the entry that a search stands at, and every following one.
-bool ProcessMatches(RunContext& context, SearchHandle search, FoundEntry& entry, const PathParts& parts) {
+void ProcessMatches(RunContext& context, const wchar_t* argument, SearchHandle search, FoundEntry& entry) {
+    PathParts parts;
+    if (!LocateTarget(argument, parts))
+        return;
     do {
         wchar_t path[maxPath];
         FormatToBuffer(path, maxPath, L"%s%s%s", parts.drive, parts.directory, entry.name);
         if (!entry.isDirectory)
-            ProcessFoundFile(context, path, entry);
+            ProcessNamedFile(context, path, entry);
         else if (!ProcessFoundDirectory(context, path, entry)) // one level deep without -subdirs, too
-            return false;
-    } while (platform::SearchNext(search, entry));
-    return true;
+            context.inStartDirectory = false;
+    } while (MayBeProcessed(context, argument) && platform::SearchNext(search, entry));
 }
 
 // Processes the files of the current directory, which was reached as `directory`. Stops where
@@ -102,15 +117,15 @@ void WalkCurrentDirectory(RunContext& context, const wchar_t* directory) {
 
 } // namespace
 
-bool ProcessTarget(RunContext& context, const wchar_t* argument) {
+void ProcessTarget(RunContext& context, const wchar_t* argument) {
+    if (!MayBeProcessed(context, argument))
+        return;
     FoundEntry entry;
     const SearchHandle search = Search(argument, entry);
     if (search == platform::noSearch)
-        return true;
-    PathParts parts;
-    const bool restored = !LocateTarget(argument, parts) || ProcessMatches(context, search, entry, parts);
+        return;
+    ProcessMatches(context, argument, search, entry);
     platform::SearchClose(search);
-    return restored;
 }
 
 bool ProcessDirectory(RunContext& context, const wchar_t* directory) {

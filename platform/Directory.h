@@ -43,14 +43,18 @@ void SearchClose(SearchHandle search);
 // Writes the current directory's absolute path; false when it cannot be told or does not fit.
 bool CurrentDirectory(wchar_t* buffer, std::size_t capacity);
 
-// Makes `directory` current for a walk. Fails when it cannot be entered, and on POSIX systems also when this
-// process is already walking it (a link that leads back up). Every success is paired with one LeaveDirectory.
+// Whether a path means the same whatever directory is current.
+bool IsAbsolute(const wchar_t* path);
+
+// Makes `directory` current for a walk. Fails when it cannot be entered, and when this process is already
+// walking it (a link that leads back up, a path that was cut). Every success is paired with one LeaveDirectory.
 // Throws std::bad_alloc.
 bool EnterDirectory(const wchar_t* directory);
 
 // Ends the innermost walk and returns to `previous`, the directory that was current before it. False when
 // there is no way back to that same directory; what is current then is not known, so that nothing may be done
-// by relative names until the enclosing walk has been left too.
+// by relative names until the enclosing walk has been left too. After the outermost walk there is none: some
+// directory is current then that can be told, and other walks may begin there.
 bool LeaveDirectory(const wchar_t* previous);
 
 struct PathParts {

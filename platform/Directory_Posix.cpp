@@ -66,12 +66,22 @@ void CloseOrigin() {
     origin = -1;
 }
 
+// The directory that is current may be gone, and another walk could not begin there.
+bool LoseOrigin() {
+    [[maybe_unused]] const int result = chdir("/");
+    return false;
+}
+
 } // namespace
 
 bool CurrentDirectory(wchar_t* buffer, std::size_t capacity) {
     char path[PATH_MAX];
     const bool known = getcwd(path, sizeof path) != nullptr && path[0] == '/'; // else it cannot be reached
     return known && DecodeInto(path, buffer, capacity);
+}
+
+bool IsAbsolute(const wchar_t* path) {
+    return path[0] == L'/';
 }
 
 bool EnterDirectory(const wchar_t* directory) {
@@ -96,9 +106,10 @@ bool LeaveDirectory(const wchar_t* previous) {
     const FileIdentity goal = walks.back().left;
     walks.pop_back();
     const bool returned = Return(NativePath(previous), goal) || ReturnToOrigin() || Return("..", goal);
-    if (walks.empty())
-        CloseOrigin();
-    return returned;
+    if (!walks.empty())
+        return returned;
+    CloseOrigin();
+    return returned || LoseOrigin();
 }
 
 void SplitPath(const wchar_t* path, PathParts& parts) {

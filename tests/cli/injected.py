@@ -84,13 +84,13 @@ class InjectedCase(launcher.ScratchCase):
         for name, content in CONTENTS.items():
             self.write("d/" + name, content)
 
-    def run_with(self, fault, *arguments, directory=None):
+    def run_with(self, fault, *arguments, directory=None, **options):
         """Runs the program and returns its output; it must end well, whatever goes wrong."""
         os.ftruncate(self.log, 0)
         environment = {"LD_PRELOAD": LIBRARY, "FYRN_FAULT": fault.plan, "FYRN_FAULT_LOG": str(self.log)}
         done = subprocess.run([self.program, *arguments], cwd=directory or self.scratch, env=environment,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              pass_fds=[self.log], timeout=60, check=False, start_new_session=True)
+                              pass_fds=[self.log], timeout=60, check=False, start_new_session=True, **options)
         self.injected += os.fstat(self.log).st_size
         self.runs += 1
         self.assertEqual((done.returncode, done.stderr), (0, b""), fault)

@@ -3,6 +3,8 @@
 import errno
 import os
 import random
+import resource
+import shutil
 import unittest
 
 import launcher
@@ -117,6 +119,15 @@ class Reading(InjectedCase):
                     self.assertEqual(name, sha1(self.read("w/" + name)) + ".txt", fault)
                     os.unlink(self.path("w", name))
 
+    def test_files_that_cannot_be_looked_at_once_they_are_open_use_up_no_descriptors(self):
+        names = [f"f{number:02}" for number in range(60)]
+        for name in names:
+            self.write(name, name.encode())
+        few = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (30, 30))}
+        lines = self.run_with(Fault(f"fail fstat 1 59 {errno.EIO}"), "-hash=SHA1", *names, **few).splitlines()
+        self.assertEqual(self.injected, 59)
+        self.assertEqual(lines[2:], [*names, "  " + sha1(b"f59")])
+
     def test_interrupted_calls_change_nothing(self):
         self.write("f", CONTENTS["a.txt"])
         plain = launcher.run("-hash=ALL", "f", directory=self.scratch).output.decode()
@@ -130,6 +141,79 @@ class Reading(InjectedCase):
         plain = launcher.run("-hash=ALL", "f", directory=self.scratch).output.decode()
         for count in (1, 3, 62, 63, 64, 65, 127, 1000, 4096):
             self.assertEqual(self.run_with(Fault(f"short read {count}"), "-hash=ALL", "f"), plain, count)
+
+
+class Walking(InjectedCase):
+    """What a walk is told by the system, and how it comes back."""
+
+    def listed(self, output):
+        """File names and the SHA1 lines below them."""
+        return output.splitlines()[2:]
+
+    def line(self, content):
+        return "  " + sha1(content)
+
+    def test_a_file_system_that_tells_no_kinds_is_walked_like_any_other(self):
+        self.build_tree()
+        os.mkfifo(self.path("d/pipe"))
+        os.symlink("s/f.txt", self.path("d/link"))
+        os.symlink("s/t", self.path("d/directory"))
+        os.symlink("missing", self.path("d/dangling"))
+        for arguments in (("-subdirs", "d"), ("d",), ("d/*",)):
+            plain = self.run_with(Fault("none"), "-hash=SHA1", "-verbosity=3", *arguments)
+            self.assertGreater(len(self.listed(plain)), 8)
+            before = self.injected
+            self.assertEqual(self.run_with(Fault("untyped readdir"), "-hash=SHA1", "-verbosity=3", *arguments), plain)
+            self.assertGreater(self.injected, before)
+
+    def test_a_pipe_that_takes_a_files_place_during_a_walk_is_not_waited_for(self):
+        for number in range(1, 12):
+            for name in ("a", "b", "c"):
+                self.write("w/" + name, name.encode())
+            output = self.run_with(Fault(f"pipe open,stat {number} {self.path('w', 'b')}"), "-hash=SHA1",
+                                   self.path("w"))
+            for name in ("a", "c"):
+                self.assertIn(self.line(name.encode()), self.listed(output), number)
+            os.unlink(self.path("w", "b"))
+        self.assertGreater(self.injected, 5)
+
+    # The first call enters the first directory, the next two would lead back.
+    LOST = Fault(f"fail chdir,fchdir 2 2 {errno.EACCES}")
+
+    def build_two_places(self):
+        """A start directory, and files elsewhere."""
+        shutil.rmtree(self.path("start"), ignore_errors=True)
+        shutil.rmtree(self.path("other"), ignore_errors=True)
+        for name in ("start/near", "start/p/near", "other/one/a", "other/two/b", "other/c"):
+            self.write(name, name.encode())
+
+    def walk(self, fault, *arguments):
+        self.build_two_places()
+        return self.listed(self.run_with(fault, "-hash=SHA1", *arguments, directory=self.path("start")))
+
+    def test_where_the_way_back_is_lost_full_paths_are_still_processed_and_relative_ones_are_not(self):
+        one, two, c = self.path("other/one"), self.path("other/two"), self.path("other/c")
+        arguments = (one, "near", "./near", "p", "*", two, "near", c)
+        first = ["a", self.line(b"other/one/a")]
+        near = ["near", self.line(b"start/near")]
+        below = ["near", self.line(b"start/p/near")]
+        others = ["b", self.line(b"other/two/b")], ["c", self.line(b"other/c")]
+        self.assertEqual(self.walk(Fault("none"), *arguments),
+                         [*first, *near, *near, *below, *near, *below, *others[0], *near, *others[1]])
+        self.assertEqual(self.walk(self.LOST, *arguments), [*first, *others[0], *others[1]])
+
+    def test_where_the_way_back_is_lost_the_matches_of_a_full_path_are_still_processed(self):
+        lines = ["c", self.line(b"other/c"), "a", self.line(b"other/one/a"), "b", self.line(b"other/two/b")]
+        self.assertEqual(self.walk(self.LOST, self.path("other/*")), lines)
+
+    def test_where_the_way_back_is_lost_a_file_named_directly_keeps_its_name(self):
+        """Nobody can tell into which directory it would be moved."""
+        for option in ("-rename", "-renamedel"):
+            self.walk(self.LOST, option, self.path("other/one"), self.path("other/c"), self.path("other/two"))
+            self.assertEqual(self.names("start"), ["near", "p"])
+            self.assertEqual(self.names("other"), ["c", "one", "two"])
+            self.assertEqual(self.names("other/one"), [sha1(b"other/one/a")])
+            self.assertEqual(self.names("other/two"), [sha1(b"other/two/b")])
 
 
 class Moving(InjectedCase):

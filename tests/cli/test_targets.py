@@ -2,6 +2,7 @@
 """From arguments to files: names, patterns, directories, links and special files."""
 import fcntl
 import os
+import shutil
 import signal
 import socket
 import subprocess
@@ -200,6 +201,19 @@ class Directories(TargetCase):
         digest = "  " + md5(b"short")
         cut = os.path.join(base, "y" * 100, "z" * 80)[:259]
         self.assertEqual(lines, [os.path.join(base, "y" * 100, "short"), digest, cut, digest])
+
+    def test_a_walk_ends_where_paths_are_cut(self):
+        """A path that is cut behind its last separator names the directory that is walked already."""
+        for length in range(252, 260):
+            parent = self.path("w", "x" * 100)
+            directory = os.path.join(parent, "y" * (length - len(launcher.shown(parent)) - 1))
+            for name in ("f", os.path.join("s", "g"), os.path.join("s", "t", "h")):
+                self.write(os.path.join(directory, name))
+            lines = self.outcome("-subdirs", "-verbosity=3", launcher.shown(self.path("w")), timeout=60)
+            shutil.rmtree(self.path("w"))
+            files = [line for line in lines if not line.startswith("  ")]
+            self.assertGreater(len(files), 0, length)
+            self.assertLessEqual(len(files), 3, length)
 
     @launcher.posix_only
     def test_a_directory_is_not_entered_when_there_is_no_way_back(self):

@@ -4,6 +4,7 @@
 #include "platform/Text.h"
 #include "tests/helpers/OpenDescriptors_Posix.h"
 #include "tests/helpers/ScratchFiles.h"
+#include "tests/platform/EndChild_Posix.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -107,10 +108,6 @@ TEST_F(CurrentDirectoryPosix, ALostParentIsToldAndTheStartIsStillFound) {
     EXPECT_TRUE(IsCurrent("start"));
 }
 
-TEST_F(CurrentDirectoryPosix, LeavingWithoutAWalkFails) {
-    EXPECT_FALSE(Leave(Path("start")));
-}
-
 TEST_F(CurrentDirectoryPosix, ACurrentDirectoryThatWasRemovedIsNotTold) {
     fs::remove(top / "start");
     EXPECT_EQ(Current(), L"(unknown)");
@@ -148,6 +145,52 @@ TEST_F(CurrentDirectoryPosix, WithoutDescriptorsNothingIsEnteredAndEverythingIsL
     EXPECT_FALSE(Enter(Path("a")));
     ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_TRUE(IsCurrent("start"));
+}
+
+TEST_F(CurrentDirectoryPosix, AnAbsolutePathBeginsAtTheRoot) {
+    EXPECT_TRUE(platform::IsAbsolute(L"/"));
+    EXPECT_TRUE(platform::IsAbsolute(L"/a"));
+    for (const wchar_t* const path : {L"", L"a", L"./a", L"a/b", L"C:/a", L"\\a", L"\\\\a\\b"})
+        EXPECT_FALSE(platform::IsAbsolute(path)) << path;
+}
+
+// Runs a check in a process of its own, as a user whom rights stop and whose directories these are.
+void ExpectWithoutPrivileges(const fs::path& top, bool (*check)(const fs::path& top)) {
+    constexpr uid_t nobody = 65534;
+    const auto run = [&] {
+        if (geteuid() == 0) {
+            for (const auto& entry : fs::recursive_directory_iterator(top))
+                if (chown(entry.path().c_str(), nobody, nobody) != 0)
+                    EndChild(2);
+            if (chown(top.c_str(), nobody, nobody) != 0 || setgid(nobody) != 0 || setuid(nobody) != 0)
+                EndChild(3);
+        }
+        EndChild(check(top) ? 7 : 1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(7), "");
+}
+
+TEST_F(CurrentDirectoryPosix, ADirectoryThatCannotBeReadIsEnteredAndAlsoLeft) {
+    ExpectWithoutPrivileges(top, [](const fs::path& place) {
+        const fs::perms unreadable = fs::perms::owner_exec | fs::perms::owner_write;
+        fs::permissions(place / "a", unreadable);
+        fs::permissions(place / "start", unreadable);
+        const bool entered = Enter((place / "a").string()) && Enter("b");
+        fs::rename(place / "start", place / "renamed"); // only by its descriptor it is found again
+        const bool left = Leave((place / "a").string()) && Leave((place / "start").string());
+        return entered && left && fs::equivalent(".", place / "renamed");
+    });
+}
+
+TEST_F(CurrentDirectoryPosix, WhereTheStartIsLostTheRootIsCurrentAndMayBeWalkedFrom) {
+    ExpectWithoutPrivileges(top, [](const fs::path& place) {
+        const bool entered = Enter((place / "a").string());
+        fs::permissions(place / "start", fs::perms::none);
+        fs::remove_all(place / "a");
+        const bool lost = !Leave((place / "start").string()) && Current() == L"/";
+        fs::create_directory(place / "c");
+        return entered && lost && Enter((place / "c").string()) && Leave("/") && Current() == L"/";
+    });
 }
 
 TEST_F(CurrentDirectoryPosix, ThePathIsDecodedAsUtf8WhateverTheLocale) {

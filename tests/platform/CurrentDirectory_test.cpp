@@ -49,6 +49,27 @@ TEST_F(CurrentDirectory, ADirectoryIsWalkedAsOftenAsItIsMet) {
     }
 }
 
+// However it is called: a walk would go round in it.
+TEST_F(CurrentDirectory, ADirectoryThatIsBeingWalkedIsNotEnteredAgain) {
+    const std::wstring start = Current();
+    const std::wstring a = scratch.Path("a");
+    ASSERT_TRUE(platform::EnterDirectory(a.c_str()));
+    ASSERT_TRUE(platform::EnterDirectory(L"b"));
+    EXPECT_FALSE(platform::EnterDirectory(a.c_str()));
+    EXPECT_FALSE(platform::EnterDirectory((a + platform::pathSeparator).c_str()));
+    EXPECT_FALSE(platform::EnterDirectory(L".."));
+    EXPECT_FALSE(platform::EnterDirectory(L"."));
+    EXPECT_TRUE(Current().ends_with(L"b"));
+    EXPECT_TRUE(platform::LeaveDirectory(a.c_str()));
+    EXPECT_TRUE(platform::EnterDirectory(L"b")); // it was left
+    EXPECT_TRUE(platform::LeaveDirectory(a.c_str()));
+    EXPECT_TRUE(platform::LeaveDirectory(start.c_str()));
+}
+
+TEST_F(CurrentDirectory, LeavingWithoutAWalkFails) {
+    EXPECT_FALSE(platform::LeaveDirectory(Current().c_str()));
+}
+
 TEST_F(CurrentDirectory, ABufferThatIsTooSmallIsTold) {
     const std::wstring current = Current();
     std::wstring buffer(current.size() + 1, L'x');

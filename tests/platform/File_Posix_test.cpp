@@ -150,6 +150,19 @@ TEST_F(FilePosix, ForbiddenPipesAndDevicesAreRefusedWithoutWaiting) {
     platform::Close(file);
 }
 
+TEST_F(FilePosix, WhatIsRefusedLeavesNoDescriptorOpen) {
+    const std::string pipe = MakePipe();
+    const std::size_t before = OpenDescriptors();
+    for (const bool allow : {true, false}) {
+        platform::AllowSpecialFiles(allow);
+        EXPECT_FALSE(Open(scratch.Directory().string()));
+        EXPECT_FALSE(Open(Bytes("missing")));
+    }
+    EXPECT_FALSE(Open(pipe)); // forbidden now
+    EXPECT_FALSE(Open("/dev/null"));
+    EXPECT_EQ(OpenDescriptors(), before);
+}
+
 TEST_F(FilePosix, ASocketIsRefusedWhetherSpecialFilesAreAllowedOrNot) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;

@@ -85,6 +85,7 @@ TEST_F(Sharing, AFileThatSomebodyHasOpenIsNeitherMovedNorRemoved) {
 
 TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
     const std::wstring late = scratch.Write("late", "x");
+    const std::wstring other = scratch.Write("other", "x");
     std::vector<platform::InputFile> files;
     do
         files.push_back(platform::OpenForReading(path.c_str()));
@@ -98,8 +99,8 @@ TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
               platform::MoveResult::failed);
     EXPECT_FALSE(platform::RemoveFile(late.c_str()));
     EXPECT_TRUE(std::filesystem::exists(late));
-    EXPECT_EQ(platform::MoveWithoutReplacing(path.c_str(), scratch.Path("c").c_str()),
-              platform::MoveResult::moved); // as any other is
+    EXPECT_EQ(platform::MoveWithoutReplacing(other.c_str(), scratch.Path("c").c_str()),
+              platform::MoveResult::moved);
 }
 
 TEST_F(Sharing, AFileWithAReadErrorIsNeitherMovedNorRemovedAfterItIsClosed) {

@@ -9,9 +9,11 @@
 //   vanish CALL FIRST PATH         before that call the file PATH is removed
 //   truncate CALL FIRST PATH       ... is cut to one byte
 //   swap CALL FIRST PATH           ... PATH, a directory, is moved to PATH.away, and a file put in its place
+//   pipe CALL FIRST PATH           ... a pipe takes the place of the file PATH
+//   untyped readdir                directories do not tell what kind their entries are
 //
-// CALL is any, or one or more, with commas, of read, write, open, close, stat (all its forms), opendir, readdir, chdir,
-// getcwd, renameat2, rename, link, unlink, fsync, fchown and malloc.
+// CALL is any, or one or more, with commas, of read, write, open, close, stat (all its forms), fstat, opendir, readdir,
+// chdir, fchdir, getcwd, renameat2, rename, link, unlink, fsync, fchown and malloc.
 #include <cerrno>
 #include <cstdarg>
 #include <cstdlib>
@@ -41,7 +43,7 @@ Function* Real(Function*& known, const char* name) {
         return Real(known, #name);                                                                           \
     }())
 
-enum class Kind { None, Fail, Storm, Short, Eio, Vanish, Truncate, Swap };
+enum class Kind { None, Fail, Storm, Short, Eio, Untyped, Vanish, Truncate, Swap, Pipe };
 
 // Read without allocating: malloc asks for it, too.
 struct Plan {
@@ -72,7 +74,8 @@ const char* Number(const char* text, long& number) {
 }
 
 Kind KindNamed(const char* name) {
-    const char* const names[] = {"none", "fail", "storm", "short", "eio", "vanish", "truncate", "swap"};
+    const char* const names[] = {"none",    "fail",   "storm",    "short", "eio",
+                                 "untyped", "vanish", "truncate", "swap",  "pipe"};
     for (std::size_t i = 0; i < sizeof names / sizeof *names; ++i)
         if (std::strcmp(name, names[i]) == 0)
             return static_cast<Kind>(i);
@@ -140,12 +143,19 @@ void Swap(const char* path) {
     syscall(SYS_close, file);
 }
 
+void PutPipe(const char* path) {
+    syscall(SYS_unlink, path);
+    syscall(SYS_mknod, path, S_IFIFO | 0600, 0L);
+}
+
 void Act() {
     const Plan& plan = ThePlan();
     if (plan.kind == Kind::Vanish)
         syscall(SYS_unlink, plan.path);
     else if (plan.kind == Kind::Truncate)
         syscall(SYS_truncate, plan.path, 1L);
+    else if (plan.kind == Kind::Pipe)
+        PutPipe(plan.path);
     else
         Swap(plan.path);
     Log();
@@ -249,7 +259,7 @@ int lstat(const char* path, struct stat* status) {
 }
 
 int fstat(int descriptor, struct stat* status) {
-    return Fails("stat") ? -1 : REAL(fstat)(descriptor, status);
+    return Fails("stat") || Fails("fstat") ? -1 : REAL(fstat)(descriptor, status);
 }
 
 DIR* opendir(const char* path) {
@@ -257,11 +267,20 @@ DIR* opendir(const char* path) {
 }
 
 dirent* readdir(DIR* stream) {
-    return Fails("readdir") ? nullptr : REAL(readdir)(stream);
+    dirent* const found = Fails("readdir") ? nullptr : REAL(readdir)(stream);
+    if (found != nullptr && ThePlan().kind == Kind::Untyped) {
+        found->d_type = DT_UNKNOWN;
+        Log();
+    }
+    return found;
 }
 
 int chdir(const char* path) {
     return Fails("chdir") ? -1 : REAL(chdir)(path);
+}
+
+int fchdir(int descriptor) {
+    return Fails("fchdir") ? -1 : REAL(fchdir)(descriptor);
 }
 
 char* getcwd(char* buffer, size_t capacity) {
