@@ -85,12 +85,14 @@ std::vector<KernelRun> KernelRuns() {
     AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", fyrn::kernels::KernelCandidates().md5);
     for (const int rounds : {72, 104, 168})
         AddMd6(runs, rounds);
+    AddBlocks<std::uint32_t, 5, 64>(runs, "Ripemd160", fyrn::kernels::KernelCandidates().ripemd160);
     AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", fyrn::kernels::KernelCandidates().sha1);
     AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", fyrn::kernels::KernelCandidates().sha256);
     AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", fyrn::kernels::KernelCandidates().sha512);
     AddSkein<4>(runs, "Skein256", fyrn::kernels::KernelCandidates().skein256);
     AddSkein<8>(runs, "Skein512", fyrn::kernels::KernelCandidates().skein512);
     AddSkein<16>(runs, "Skein1024", fyrn::kernels::KernelCandidates().skein1024);
+    AddBlocks<std::uint32_t, 8, 64>(runs, "Sm3", fyrn::kernels::KernelCandidates().sm3);
     AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", fyrn::kernels::KernelCandidates().tiger);
     AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", fyrn::kernels::KernelCandidates().whirlpool);
     return runs;

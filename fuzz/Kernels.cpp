@@ -161,6 +161,12 @@ constexpr void (*algorithms[])(const Case& given) = {
     Keccak,
     Crc,
     Md6,
+    [](const Case& given) {
+        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().ripemd160);
+    },
+    [](const Case& given) {
+        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sm3);
+    },
 };
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The functions that BlockStream.h hashes with: MD4 (RFC 1320), MD5 (RFC 1321), SHA-1 and SHA-2 (FIPS 180-4), Tiger
-// (Anderson, Biham, 1996) with the paddings of Tiger and Tiger2, and Whirlpool (ISO/IEC 10118-3).
+// (Anderson, Biham, 1996) with the paddings of Tiger and Tiger2, Whirlpool (ISO/IEC 10118-3), SM3 (GB/T 32905-2016) and
+// RIPEMD-160 (Dobbertin, Bosselaers, Preneel, 1996).
 #pragma once
 
 #include "hash/KernelName.h"
@@ -138,6 +139,35 @@ struct Whirlpool {
     }
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().whirlpool, kernels::Kernels().whirlpool);
+    }
+};
+
+struct Sm3 {
+    using Word = std::uint32_t;
+    static constexpr std::size_t blockSize = 64, digestSize = 32, lengthSize = 8;
+    static constexpr std::endian order = std::endian::big;
+    static constexpr std::uint8_t padding = 0x80;
+    static constexpr Word initialState[] = {0x7380166f, 0x4914b2b9, 0x172442d7, 0xda8a0600,
+                                            0xa96f30bc, 0x163138aa, 0xe38dee4d, 0xb0fb0e4e};
+    static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
+        kernels::Kernels().sm3(state, blocks, count);
+    }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().sm3, kernels::Kernels().sm3);
+    }
+};
+
+struct Ripemd160 {
+    using Word = std::uint32_t;
+    static constexpr std::size_t blockSize = 64, digestSize = 20, lengthSize = 8;
+    static constexpr std::endian order = std::endian::little;
+    static constexpr std::uint8_t padding = 0x80;
+    static constexpr Word initialState[] = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
+    static void Compress(Word* state, const std::uint8_t* blocks, std::size_t count) {
+        kernels::Kernels().ripemd160(state, blocks, count);
+    }
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().ripemd160, kernels::Kernels().ripemd160);
     }
 };
 

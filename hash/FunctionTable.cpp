@@ -6,6 +6,7 @@
 #include "hash/BlockStream.h"
 #include "hash/CrcStream.h"
 #include "hash/KeccakStream.h"
+#include "hash/LegacySums.h"
 #include "hash/Md6Tree.h"
 #include "hash/SkeinStream.h"
 
@@ -123,6 +124,11 @@ constexpr fyrn_function functions[] = {
     Row<Crc32c>("CRC-32C", "CRC32C", "castagnoli"),
     Row<Crc64Nvme>("CRC-64/NVME", "CRC64-NVME", ""),
     Row<Crc64Xz>("CRC-64/XZ", "CRC64-XZ", ""),
+    Row<CksumStream>("CKSUM", "CRC", "posix-cksum"),
+    Row<BsdSumStream>("SUM-BSD", "BSD", ""),
+    Row<SysvSumStream>("SUM-SYSV", "SYSV", ""),
+    BlockRow<Sm3>("SM3", "SM3", ""),
+    BlockRow<Ripemd160>("RIPEMD-160", "RMD160", "ripemd"),
 };
 
 // The next character of a name that counts, in lower case; 0 at the end.

@@ -43,6 +43,10 @@ constexpr Candidate<Md6Nodes> md6[] = {
     {"portable", cpu::none, Md6_Nodes_Portable},
 };
 
+constexpr Candidate<Ripemd160Blocks> ripemd160[] = {
+    {"portable", cpu::none, Ripemd160_Blocks_Portable},
+};
+
 constexpr Candidate<Sha1Blocks> sha1[] = {
     {"sha", cpu::ssse3 | cpu::sha, X86(Sha1_Blocks_X86Sha)},
     {"portable", cpu::none, Sha1_Blocks_Portable},
@@ -72,6 +76,11 @@ constexpr Candidate<SkeinBlocks> skein1024[] = {
     {"portable", cpu::none, Skein1024_Blocks_Portable},
 };
 
+constexpr Candidate<Sm3Blocks> sm3[] = {
+    {"bmi", cpu::bmi, X86(Sm3_Blocks_X86Bmi)},
+    {"portable", cpu::none, Sm3_Blocks_Portable},
+};
+
 constexpr Candidate<TigerBlocks> tiger[] = {
     {"bmi", cpu::bmi, X86(Tiger_Blocks_X86Bmi)},
     {"portable", cpu::none, Tiger_Blocks_Portable},
@@ -90,12 +99,14 @@ constexpr CandidateTable candidates = {
     .md4 = md4,
     .md5 = md5,
     .md6 = md6,
+    .ripemd160 = ripemd160,
     .sha1 = sha1,
     .sha256 = sha256,
     .sha512 = sha512,
     .skein256 = skein256,
     .skein512 = skein512,
     .skein1024 = skein1024,
+    .sm3 = sm3,
     .tiger = tiger,
     .whirlpool = whirlpool,
 };

@@ -9,10 +9,12 @@
 #include "hash/kernels/Md4.h"
 #include "hash/kernels/Md5.h"
 #include "hash/kernels/Md6.h"
+#include "hash/kernels/Ripemd160.h"
 #include "hash/kernels/Sha1.h"
 #include "hash/kernels/Sha256.h"
 #include "hash/kernels/Sha512.h"
 #include "hash/kernels/Skein.h"
+#include "hash/kernels/Sm3.h"
 #include "hash/kernels/Tiger.h"
 #include "hash/kernels/Whirlpool.h"
 
@@ -37,12 +39,14 @@ struct PerAlgorithm {
     Of<Md4Blocks> md4;
     Of<Md5Blocks> md5;
     Of<Md6Nodes> md6;
+    Of<Ripemd160Blocks> ripemd160;
     Of<Sha1Blocks> sha1;
     Of<Sha256Blocks> sha256;
     Of<Sha512Blocks> sha512;
     Of<SkeinBlocks> skein256;
     Of<SkeinBlocks> skein512;
     Of<SkeinBlocks> skein1024;
+    Of<Sm3Blocks> sm3;
     Of<TigerBlocks> tiger;
     Of<WhirlpoolBlocks> whirlpool;
 };
@@ -63,6 +67,8 @@ void ForEachAlgorithm(Visit visit) {
     visit(
         "Md6", [](auto& of) -> auto& { return of.md6; });
     visit(
+        "Ripemd160", [](auto& of) -> auto& { return of.ripemd160; });
+    visit(
         "Sha1", [](auto& of) -> auto& { return of.sha1; });
     visit(
         "Sha256", [](auto& of) -> auto& { return of.sha256; });
@@ -74,6 +80,8 @@ void ForEachAlgorithm(Visit visit) {
         "Skein512", [](auto& of) -> auto& { return of.skein512; });
     visit(
         "Skein1024", [](auto& of) -> auto& { return of.skein1024; });
+    visit(
+        "Sm3", [](auto& of) -> auto& { return of.sm3; });
     visit(
         "Tiger", [](auto& of) -> auto& { return of.tiger; });
     visit(
