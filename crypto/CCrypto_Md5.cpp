@@ -29,40 +29,44 @@ void CCrypto_Md5::ResetContext() {
 
 void CCrypto_Md5::DoBlock(const unsigned char* bytes, unsigned int count) {
     try {
-        context_.Absorb(bytes, count, fyrn::kernels::Kernels().md5);
+        context_.Absorb(bytes, count, TransformBlocks);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::DoBlock(const unsigned char *,unsigned int)")
 }
 
-void CCrypto_Md5::Transform(const unsigned char* block) {
+// One catch site for a run of blocks: a fault in it is reported once, and the caller goes on.
+void CCrypto_Md5::TransformBlocks(std::uint32_t state[4], const unsigned char* blocks, std::size_t count) {
     try {
-        fyrn::kernels::Kernels().md5(context_.state, block, 1);
+        fyrn::kernels::Kernels().md5(state, blocks, count);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::Transform(const unsigned char *)")
 }
 
+void CCrypto_Md5::Transform(const unsigned char* block) {
+    TransformBlocks(context_.state, block, 1);
+}
+
 void CCrypto_Md5::Finalize() {
     try {
-        context_.Finish(fyrn::kernels::Kernels().md5);
+        context_.Finish(TransformBlocks);
     }
     CATCH_SITE("void __cdecl CCrypto_Md5::Finalize(void)")
 }
 
 bool CCrypto_Md5::GetFromFile(const wchar_t* path, unsigned char digest[]) {
     try {
-        return engine_frame::HashFile(
-            path, digest, readBufferSize, *this,
-            [this] {
-                ResetContext();
-                context_.SetInitialState();
-            },
-            [this](const unsigned char* bytes, std::size_t count) {
-                DoBlock(bytes, static_cast<unsigned int>(count));
-            },
-            [this, digest] {
-                Finalize();
-                std::copy(std::begin(context_.digest), std::end(context_.digest), digest);
-            });
+        return engine_frame::WithOpenFile(path, digest, [this, digest](platform::InputFile& file) {
+            const engine_frame::ReadBuffer buffer(
+                readBufferSize); // without memory the context stays as it was
+            ResetContext();
+            context_.SetInitialState();
+            engine_frame::FeedSaltAndFile(file, buffer, *this,
+                                          [this](const unsigned char* bytes, std::size_t count) {
+                                              DoBlock(bytes, static_cast<unsigned int>(count));
+                                          });
+            Finalize();
+            std::copy(std::begin(context_.digest), std::end(context_.digest), digest);
+        });
     }
     CATCH_SITE("bool __cdecl CCrypto_Md5::GetFromFile(const wchar_t *,unsigned char [])")
     return false;

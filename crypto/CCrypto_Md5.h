@@ -4,6 +4,8 @@
 #include "crypto/CCrypto_Salt.h"
 #include "crypto/Md4Md5Context.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 // MD5 (RFC 1321) of a file.
@@ -31,5 +33,7 @@ class CCrypto_Md5 : public CCrypto_Salt {
     bool GetFromFileAsString(const wchar_t* path, char text[]);
 
   private:
+    static void TransformBlocks(std::uint32_t state[4], const unsigned char* blocks, std::size_t count);
+
     Md4Md5Context context_;
 };

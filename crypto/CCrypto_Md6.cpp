@@ -191,15 +191,19 @@ int CCrypto_Md6::ProcessSettled(int ell, bool final) {
         return md6Success; // a single chaining value already is the root's
 
     std::uint64_t C[valueBytes / 8];
-    unsigned char bytes[valueBytes];
     if (const int result = CompressSettled(C, ell, root); result != md6Success)
         return result;
-    for (std::size_t i = 0; i < std::size(C); ++i)
-        fyrn::kernels::StoreBig(bytes + 8 * i, C[i]);
     if (root) {
-        std::memcpy(hashValue_, bytes, sizeof hashValue_);
+        std::memcpy(hashValue_, C, sizeof hashValue_);
         return md6Success;
     }
+    // Level 1 holds the bytes of a message. A chaining value that comes to it from level 0 does not take their
+    // order: it stays as the words lie in memory.
+    unsigned char bytes[valueBytes];
+    std::memcpy(bytes, C, sizeof bytes);
+    if (ell != 0)
+        for (std::size_t i = 0; i < std::size(C); ++i)
+            fyrn::kernels::StoreBig(bytes + 8 * i, C[i]);
     const int result = AppendValues(ell + 1, bytes, 1);
     return result != md6Success ? result : ProcessSettled(ell + 1, final);
 }
@@ -218,7 +222,8 @@ int CCrypto_Md6::CompressSettled(std::uint64_t* C, int ell, bool z) {
         return ell < 0 ? md6LevelTooLow : md6LevelTooHigh;
     Md6Level& level = levels_[ell];
     std::uint64_t B[Md6Level::nodeBytes / 8];
-    const auto p = static_cast<int>(level.Padding());
+    // Negative, and refused below, where level 0 has passed more up than a block holds.
+    const int p = static_cast<int>(Md6Level::nodeBits) - static_cast<int>(level.Bits());
     const unsigned char* const data = level.PaddedData();
     for (std::size_t i = 0; i < std::size(B); ++i)
         B[i] = fyrn::kernels::LoadBig<std::uint64_t>(data + 8 * i);
@@ -294,8 +299,10 @@ int CCrypto_Md6::Md6_Compress(std::uint64_t* C, const std::uint64_t* N, int r) {
 int CCrypto_Md6::Md6_Final() {
     try {
         const int result = FinishTree();
-        if (result == md6Success)
+        if (result == md6Success) {
+            StoreHashValueBig();
             TrimHashValue();
+        }
         return result;
     }
     CATCH_SITE("int __cdecl CCrypto_Md6::Md6_Final(void)")
@@ -314,6 +321,15 @@ int CCrypto_Md6::FinishTree() {
     return ProcessSettled(ell, true);
 }
 
+// Turns the root's words into the bytes of the standard.
+void CCrypto_Md6::StoreHashValueBig() {
+    for (std::size_t at = 0; at < sizeof hashValue_; at += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, hashValue_ + at, sizeof word);
+        fyrn::kernels::StoreBig(hashValue_ + at, word);
+    }
+}
+
 // Moves the last d bits of the hash value to its front and clears the rest.
 void CCrypto_Md6::TrimHashValue() {
     const unsigned int bytes = DigestBytes(d_);
@@ -328,11 +344,15 @@ int CCrypto_Md6::HashFile(platform::InputFile& file, unsigned short d) {
     int result = Initialize(d, 0);
     if (result != md6Success)
         return result;
-    engine_frame::FeedSaltAndFile(file, readBufferSize, *this,
-                                  [this, &result](const unsigned char* bytes, std::size_t count) {
-                                      if (result == md6Success)
-                                          result = Md6_Update(bytes, std::uint64_t{count} * 8);
-                                  });
+    const auto update = [this, &result](const unsigned char* bytes, std::size_t count) {
+        if (result == md6Success)
+            result = Md6_Update(bytes, std::uint64_t{count} * 8);
+    };
+    engine_frame::FeedSaltBefore(*this, update);
+    if (result != md6Success)
+        return result;
+    engine_frame::FeedFile(file, engine_frame::ReadBuffer(readBufferSize), update);
+    engine_frame::FeedSaltAfter(*this, update);
     return result != md6Success ? result : Md6_Final();
 }
 

@@ -66,7 +66,8 @@ class CCrypto_Md6 : public CCrypto_Salt {
     // The compression function: 89 words N to 16 words, in r rounds.
     int Md6_Compress(std::uint64_t* C, const std::uint64_t* N, int r);
 
-    // The digest after Md6_Final: (d + 7) / 8 bytes, zeros up to 128.
+    // The digest after Md6_Final: (d + 7) / 8 bytes, zeros up to 128. After Md6_Process has compressed the
+    // root, its 16 words as they lie in memory.
     const unsigned char* HashValue() const { return hashValue_; }
 
     // Writes the digest of salt and file, (d + 7) / 8 bytes. False when a pointer is null, d is above 512
@@ -89,6 +90,7 @@ class CCrypto_Md6 : public CCrypto_Salt {
     int ProcessSettled(int ell, bool final);
     int CompressSettled(std::uint64_t* C, int ell, bool z);
     int FinishTree();
+    void StoreHashValueBig();
     void TrimHashValue();
     int HashFile(platform::InputFile& file, unsigned short d);
 

@@ -41,9 +41,9 @@ void CCrypto_Salt::ClearSalt() {
 }
 
 bool CCrypto_Salt::FeedsBefore() const {
-    return length_ != 0 && (placement_ == EnumSaltType::Before || placement_ == EnumSaltType::Both);
+    return SaltLength() != 0 && (placement_ == EnumSaltType::Before || placement_ == EnumSaltType::Both);
 }
 
 bool CCrypto_Salt::FeedsAfter() const {
-    return length_ != 0 && (placement_ == EnumSaltType::After || placement_ == EnumSaltType::Both);
+    return SaltLength() != 0 && (placement_ == EnumSaltType::After || placement_ == EnumSaltType::Both);
 }

@@ -18,16 +18,16 @@ class CCrypto_Salt {
     // bytes now held; 0, and no salt, when the file cannot be used.
     unsigned int SetSalt_FromFile(const wchar_t* path, EnumSaltType placement);
 
-    // Frees the salt bytes.
+    // Frees the salt bytes: there is none any more.
     void ClearSalt();
 
     bool FeedsBefore() const;
     bool FeedsAfter() const;
-    std::uint32_t SaltLength() const { return length_; }
+    std::uint32_t SaltLength() const { return bytes_ == nullptr ? 0 : length_; }
     const unsigned char* SaltBytes() const { return bytes_; }
 
   private:
     EnumSaltType placement_ = EnumSaltType::None;
-    std::uint32_t length_ = 0;
+    std::uint32_t length_ = 0;       // of the last file that was loaded, also when its bytes were cleared
     unsigned char* bytes_ = nullptr; // owned
 };

@@ -17,6 +17,7 @@ namespace {
 constexpr std::size_t readBufferSize = 1'000'000;
 constexpr unsigned char padding = 0x1f;
 constexpr std::uint32_t textCapacity = 1024;
+constexpr std::size_t stateSize = 200;
 constexpr std::uint64_t countLimit = std::uint64_t{1} << 31; // from here on the text's length needs 33 bits
 
 } // namespace
@@ -44,12 +45,13 @@ void CCrypto_Shake::PermuteFullBlock() {
     position_ = 0;
 }
 
-// Whole blocks go into the state from where they are; the block buffer takes what is left of a block.
+// Whole blocks of whole lanes go into the state from where they are; the block buffer takes what is left of
+// a block.
 bool CCrypto_Shake::Shake_Absorb(const unsigned char* bytes, std::uint64_t count) {
     std::uint64_t taken = 0;
     while (taken < count) {
         const std::uint64_t left = count - taken;
-        if (position_ == 0 && left >= rate_) {
+        if (position_ == 0 && left >= rate_ && rate_ % 8 == 0) {
             sha_.Keccak_AbsorbBlock(state_, bytes + taken, rate_ / 8u,
                                     static_cast<std::size_t>(left / rate_));
             taken += left - left % rate_;
@@ -75,7 +77,7 @@ void CCrypto_Shake::FinishAbsorbing() {
 
 bool CCrypto_Shake::Shake_Squeeze(unsigned char* output, std::uint64_t count) {
     FinishAbsorbing();
-    unsigned char block[ShakeBufferLen_128]; // the longest rate
+    unsigned char block[stateSize];
     std::uint64_t produced = 0;
     while (produced < count) {
         const std::uint64_t left = count - produced;
@@ -92,13 +94,13 @@ bool CCrypto_Shake::Shake_Squeeze(unsigned char* output, std::uint64_t count) {
 bool CCrypto_Shake::Shake_GetFromFile(const wchar_t* path, unsigned char* output, std::uint64_t count,
                                       EnumShakeModeBufferLen mode) {
     try {
-        if (path == nullptr || output == nullptr)
+        if (path == nullptr || output == nullptr || mode == 0 || mode > stateSize)
             return false;
         Reset(mode);
         bool squeezed = false;
         const bool opened = engine_frame::WithOpenFile(path, output, [&](platform::InputFile& file) {
             engine_frame::FeedFile(
-                file, readBufferSize,
+                file, engine_frame::ReadBuffer(readBufferSize),
                 [this](const unsigned char* bytes, std::size_t size) { Shake_Absorb(bytes, size); },
                 SecureWipe);
             squeezed = Shake_Squeeze(output, count);

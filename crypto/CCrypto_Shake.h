@@ -23,8 +23,8 @@ class CCrypto_Shake {
     CCrypto_Shake(const CCrypto_Shake&) = delete;
     CCrypto_Shake& operator=(const CCrypto_Shake&) = delete;
 
-    // Writes `count` bytes of output for the file. False when
-    // a pointer is null or the file cannot be opened.
+    // Writes `count` bytes of output for the file. False when a pointer is null, the mode's rate is not 1 to
+    // 200, or the file cannot be opened.
     bool Shake_GetFromFile(const wchar_t* path, unsigned char* output, std::uint64_t count,
                            EnumShakeModeBufferLen mode);
 

@@ -33,6 +33,8 @@ void CCrypto_Tiger::Tiger_Compress(const unsigned char* block) {
 
 void CCrypto_Tiger::Tiger_Transform(const unsigned char* data, std::uint64_t length) {
     try {
+        if (length == 0)
+            return;
         const auto filling = static_cast<std::size_t>(std::min<std::uint64_t>(blockSize - buffered_, length));
         std::memcpy(buffer_ + buffered_, data, filling);
         buffered_ = static_cast<std::uint8_t>(buffered_ + filling);
@@ -76,16 +78,18 @@ void CCrypto_Tiger::CopyDigest(unsigned char* digest, unsigned int count) const 
 bool CCrypto_Tiger::GetFromFile(const wchar_t* path, unsigned char* digest, unsigned int, unsigned short bits,
                                 bool tiger2, unsigned char) {
     try {
-        if (bits > maxBits)
+        if (path == nullptr || digest == nullptr || bits > maxBits)
             return false;
         tiger2_ = tiger2;
-        return engine_frame::HashFile(
-            path, digest, readBufferSize, *this, [this] { Tiger_Initialize(); },
-            [this](const unsigned char* bytes, std::size_t count) { Tiger_Transform(bytes, count); },
-            [this, digest, bits] {
-                Tiger_Finalize();
-                CopyDigest(digest, bits / 8u);
-            });
+        return engine_frame::WithOpenFile(path, digest, [this, digest, bits](platform::InputFile& file) {
+            const engine_frame::ReadBuffer buffer(readBufferSize); // without memory the state stays as it was
+            Tiger_Initialize();
+            engine_frame::FeedSaltAndFile(
+                file, buffer, *this,
+                [this](const unsigned char* bytes, std::size_t count) { Tiger_Transform(bytes, count); });
+            Tiger_Finalize();
+            CopyDigest(digest, bits / 8u);
+        });
     }
     CATCH_SITE("bool __cdecl CCrypto_Tiger::GetFromFile(const wchar_t *,unsigned char *,unsigned int,"
                "unsigned short,bool,unsigned char)")

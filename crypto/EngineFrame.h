@@ -14,29 +14,37 @@
 
 namespace engine_frame {
 
-// Feeds every byte of the file to update(bytes, count), in pieces of `bufferSize` of which only the last is
-// shorter. A read error ends the file. Each piece stands at the start of a buffer which, when all is read,
-// is handed to cleanse(buffer, count) with the number of bytes that ever held data.
+// The memory that a file is read into. FeedFile frees it; a copy is the same memory.
+struct ReadBuffer {
+    explicit ReadBuffer(std::size_t count)
+        : bytes(new unsigned char[count]), size(count) {} // not cleared: only bytes read are looked at
+
+    unsigned char* bytes;
+    std::size_t size;
+};
+
+// Feeds every byte of the file to update(bytes, count), in pieces of the buffer's size of which only the
+// last is shorter. A read error ends the file. Each piece stands at the start of the buffer, which is handed
+// to cleanse(buffer, count) when all is read, with the number of bytes that ever held data, and freed.
 template <class Update, class Cleanse>
-void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update, Cleanse cleanse) {
+void FeedFile(platform::InputFile& file, ReadBuffer buffer, Update update, Cleanse cleanse) {
     if (readObserver != nullptr)
         readObserver->begin(file.left >= 0 ? file.left : platform::SizeOf(file));
-    unsigned char* const buffer = new unsigned char[bufferSize]; // not cleared: only bytes read are looked at
     std::size_t used = 0;
-    while (const std::size_t count = platform::ReadFully(file, buffer, bufferSize)) {
+    while (const std::size_t count = platform::ReadFully(file, buffer.bytes, buffer.size)) {
         used = std::max(used, count);
-        update(buffer, count);
+        update(buffer.bytes, count);
         if (readObserver != nullptr)
             readObserver->read(count);
     }
-    cleanse(buffer, used);
-    delete[] buffer;
+    cleanse(buffer.bytes, used);
+    delete[] buffer.bytes;
 }
 
 // The same for an engine that leaves the buffer as it is.
 template <class Update>
-void FeedFile(platform::InputFile& file, std::size_t bufferSize, Update update) {
-    FeedFile(file, bufferSize, update, [](unsigned char*, std::size_t) {});
+void FeedFile(platform::InputFile& file, ReadBuffer buffer, Update update) {
+    FeedFile(file, buffer, update, [](unsigned char*, std::size_t) {});
 }
 
 // Feed the whole salt at once, if it has this place.
@@ -51,12 +59,12 @@ void FeedSaltAfter(const CCrypto_Salt& salt, Update update) {
         update(salt.SaltBytes(), std::size_t{salt.SaltLength()});
 }
 
-// Feeds salt, file and salt again, as the salt's placement says.
+// Feeds salt, file and salt again, as the salt's placement says. The buffer is there before the first salt
+// is fed: where there is no memory, nothing is.
 template <class Update>
-void FeedSaltAndFile(platform::InputFile& file, std::size_t bufferSize, const CCrypto_Salt& salt,
-                     Update update) {
+void FeedSaltAndFile(platform::InputFile& file, ReadBuffer buffer, const CCrypto_Salt& salt, Update update) {
     FeedSaltBefore(salt, update);
-    FeedFile(file, bufferSize, update);
+    FeedFile(file, buffer, update);
     FeedSaltAfter(salt, update);
 }
 
@@ -79,7 +87,7 @@ bool HashFile(const wchar_t* path, const void* output, std::size_t bufferSize, c
               Reset reset, Update update, Finish finish) {
     return WithOpenFile(path, output, [&](platform::InputFile& file) {
         reset();
-        FeedSaltAndFile(file, bufferSize, salt, update);
+        FeedSaltAndFile(file, ReadBuffer(bufferSize), salt, update);
         finish();
     });
 }

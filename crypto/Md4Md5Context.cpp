@@ -26,7 +26,8 @@ void Md4Md5Context::Absorb(const unsigned char* bytes, unsigned int count, Compr
     std::copy_n(bytes, room, buffer + index);
     compress(state, buffer, 1);
     const unsigned int whole = (count - room) / blockSize;
-    compress(state, bytes + room, whole);
+    if (whole != 0)
+        compress(state, bytes + room, whole);
     const unsigned int taken = room + whole * blockSize;
     std::copy_n(bytes + taken, count - taken, buffer);
 }

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/EngineFrame.h"
 
+#include "tests/helpers/FailingNew.h"
 #include "tests/helpers/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -92,11 +94,22 @@ TEST_F(EngineFrame, CleansesAsMuchOfTheBufferAsWasEverFilled) {
         platform::InputFile file = platform::OpenForReading(files_.Write("file", content).c_str());
         std::vector<std::size_t> cleansed;
         engine_frame::FeedFile(
-            file, 4, [](const unsigned char*, std::size_t) {},
+            file, engine_frame::ReadBuffer(4), [](const unsigned char*, std::size_t) {},
             [&](const unsigned char*, std::size_t count) { cleansed.push_back(count); });
         platform::Close(file);
         EXPECT_EQ(cleansed, std::vector{filled}) << content;
     }
+}
+
+// An engine that finds no memory has been reset, but has been fed nothing.
+TEST_F(EngineFrame, TheBufferIsAllocatedBeforeTheSaltIsFed) {
+    SetSalt(EnumSaltType::Before);
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    {
+        const auto noBuffer = helpers::FailingNew::OfSize(4);
+        EXPECT_THROW(Hash(path.c_str()), std::bad_alloc);
+    }
+    EXPECT_EQ(calls_, Calls{"<reset>"});
 }
 
 // The digest of such a file is not known, so the file must not be renamed by it.

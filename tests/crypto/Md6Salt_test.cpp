@@ -53,6 +53,13 @@ TEST_F(Md6Salt, FilesAroundTheReadBuffer) {
         ExpectSaltedDigests(helpers::PseudoRandomBytes(77, 1), helpers::PseudoRandomBytes(length, 2), sizes);
 }
 
+TEST_F(Md6Salt, ClearedSaltIsNeitherFedNorAKey) {
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    engine_.SetSalt_FromFile(files_.Write("salt", std::string_view("NaCl")).c_str(), EnumSaltType::Both);
+    engine_.ClearSalt();
+    EXPECT_EQ(Text(engine_, path.c_str(), 256), Expected(helpers::BytesOf("abc"), 256));
+}
+
 TEST_F(Md6Salt, OnlyTheFirst64BytesAreTheKey) {
     Bytes salt = helpers::PseudoRandomBytes(65, 3);
     const std::wstring path = files_.Write("file", std::string_view("abc"));

@@ -2,8 +2,10 @@
 // The tree that MD6 builds in batches is the report's, whatever the length and however the message comes.
 #include "tests/crypto/Md6Support.h"
 
+#include "hash/kernels/ByteOrder.h"
 #include "tests/reference/Md6Stack.h"
 
+#include <cstring>
 #include <random>
 
 namespace {
@@ -150,9 +152,16 @@ TEST(Md6Tree, MembersOnSingleNodesDoWhatTheStackDoes) {
             std::vector<std::uint64_t> value;
             std::uint64_t ours[16];
             switch (random() % 4) {
-            case 0:
-                EXPECT_EQ(engine.Md6_Process(level + 1, flag), stack.Process(level + 1, flag));
+            case 0: {
+                const int result = engine.Md6_Process(level, flag);
+                ASSERT_EQ(result, stack.Process(level, flag)) << "level " << level;
+                EXPECT_EQ(helpers::ToHex({engine.HashValue(), 128}), helpers::ToHex(stack.HashValue()));
+                if (result != md6Success) { // the words of level 0 did not fit into level 1
+                    stack = reference::Md6Stack({.digestBits = d});
+                    engine.Initialize(d, 0);
+                }
                 break;
+            }
             case 1:
                 EXPECT_EQ(engine.Md6_CompressBlock(ours, level, flag),
                           stack.CompressBlock(value, level, flag));
@@ -168,6 +177,36 @@ TEST(Md6Tree, MembersOnSingleNodesDoWhatTheStackDoes) {
         EXPECT_EQ(engine.Md6_Final(), 0);
         EXPECT_EQ(Digest(engine, d), helpers::ToHex(stack.Final())) << "seed " << seed << ", round " << round;
     }
+}
+
+// Worked out from the compression alone: level 1 takes a chaining value as it lies in memory, and reads it as
+// bytes, high-order byte first, as it reads the message.
+TEST(Md6Tree, Level0PassesItsWordsOnAsTheyLieInMemory) {
+    const auto input = [](std::uint64_t id, std::uint64_t control, const std::vector<std::uint64_t>& block) {
+        std::vector<std::uint64_t> words = reference::Md6Q();
+        words.resize(23); // no key
+        words.push_back(id);
+        words.push_back(control);
+        words.insert(words.end(), block.begin(), block.end());
+        words.resize(89);
+        return words;
+    };
+    constexpr int rounds = 40 + 256 / 4;
+    constexpr std::uint64_t control = std::uint64_t{rounds} << 48 | 64ull << 40 | 256;
+    const auto inner = reference::Md6Compress(input(0, control | 4096ull << 20, {}), rounds);
+    std::vector<std::uint64_t> block;
+    for (const std::uint64_t word : inner) {
+        unsigned char bytes[8];
+        std::memcpy(bytes, &word, 8);
+        block.push_back(fyrn::kernels::LoadBig<std::uint64_t>(bytes));
+    }
+    const auto root = reference::Md6Compress(
+        input(std::uint64_t{1} << 56, control | 1ull << 36 | 3072ull << 20, block), rounds);
+
+    CCrypto_Md6 engine(nullptr);
+    ASSERT_EQ(engine.Initialize(256, 0), 0);
+    ASSERT_EQ(engine.Md6_Process(0, true), 0);
+    EXPECT_EQ(std::memcmp(engine.HashValue(), root.data(), 128), 0) << "words, not yet bytes of a digest";
 }
 
 // The stack and the reference with whole levels are two readings of the report.

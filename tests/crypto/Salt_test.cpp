@@ -131,8 +131,9 @@ TEST_F(Salt, FailedAllocationIsReportedAndLeavesNoSaltAndTheFileOpen) {
 TEST_F(Salt, ClearFreesTheBytesAndMayBeRepeated) {
     Load("abc");
     salt_.ClearSalt();
-    EXPECT_EQ(salt_.SaltBytes(), nullptr);
+    ExpectNoSalt();
     salt_.ClearSalt();
+    ExpectNoSalt();
     EXPECT_EQ(Load("again"), 5u);
 }
 

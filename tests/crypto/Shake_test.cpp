@@ -108,6 +108,30 @@ TEST_F(Shake, OutputOfAnyLengthAgreesWithTheReference) {
         }
 }
 
+// The enumeration has three values, but any rate fits its type.
+TEST_F(Shake, AnyRateUpToTheStateIsASponge) {
+    const Bytes message = helpers::PseudoRandomBytes(1003, 5);
+    const std::wstring path = files_.Write("file", message);
+    for (std::size_t rate = 1; rate <= 200; ++rate) {
+        Bytes output(401, 0xa5);
+        const auto mode = static_cast<CCrypto_Shake::EnumShakeModeBufferLen>(rate);
+        ASSERT_TRUE(engine_.Shake_GetFromFile(path.c_str(), output.data(), 400, mode)) << rate;
+        EXPECT_EQ(output.back(), 0xa5);
+        output.pop_back();
+        EXPECT_EQ(output, reference::Sponge(rate, 0x1f, message, 400)) << "rate " << rate;
+    }
+}
+
+TEST_F(Shake, RatesThatNoStateHasAreRefused) {
+    const std::wstring path = files_.Write("file", std::string_view("some bytes"));
+    unsigned char output[16] = {0x5a};
+    for (const std::uint32_t rate : {0u, 201u, 255u, 256u, 0xffffffffu}) {
+        const auto mode = static_cast<CCrypto_Shake::EnumShakeModeBufferLen>(rate);
+        EXPECT_FALSE(engine_.Shake_GetFromFile(path.c_str(), output, sizeof output, mode)) << rate;
+    }
+    EXPECT_EQ(output[0], 0x5a);
+}
+
 TEST_F(Shake, NoOutputWantedGivesTrue) {
     const std::wstring path = files_.Write("file", std::string_view("some bytes"));
     unsigned char output[1] = {0x5a};

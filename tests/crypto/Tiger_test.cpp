@@ -126,6 +126,33 @@ TEST_F(Tiger, MoreThan192BitsAreRefused) {
     EXPECT_EQ(digest[0], 1);
 }
 
+// The digest of the empty message, with the padding that the engine was last told to use.
+std::string EmptyMessage(CCrypto_Tiger& engine) {
+    engine.Tiger_Initialize();
+    engine.Tiger_Transform(nullptr, 0);
+    engine.Tiger_Finalize();
+    Bytes digest;
+    for (std::size_t i = 0; i < 24; ++i)
+        digest.push_back(static_cast<std::uint8_t>(engine.State()[i / 8] >> 8 * (i % 8)));
+    return helpers::ToHex(digest);
+}
+
+TEST_F(Tiger, ThePaddingIsSetWhenTheArgumentsWereChecked) {
+    const std::string tiger1 = "3293ac630c13f0245f92bbb1766e16167a4e58492dde73f3";
+    const std::string tiger2 = "4441be75f6018773c206c22745374b924aa8313fef919f41";
+    const std::wstring path = files_.Write("file", std::string_view("abc"));
+    unsigned char digest[24];
+    EXPECT_EQ(EmptyMessage(engine_), tiger2) << "a new engine";
+    EXPECT_FALSE(engine_.GetFromFile(nullptr, digest, 24, 192, false, 3));
+    EXPECT_EQ(EmptyMessage(engine_), tiger2) << "no path";
+    EXPECT_FALSE(engine_.GetFromFile(path.c_str(), nullptr, 24, 192, false, 3));
+    EXPECT_EQ(EmptyMessage(engine_), tiger2) << "no output";
+    EXPECT_FALSE(engine_.GetFromFile(path.c_str(), digest, 24, 193, false, 3));
+    EXPECT_EQ(EmptyMessage(engine_), tiger2) << "too many bits";
+    EXPECT_FALSE(engine_.GetFromFile(files_.Path("missing").c_str(), digest, 24, 192, false, 3));
+    EXPECT_EQ(EmptyMessage(engine_), tiger1) << "a missing file comes to light later";
+}
+
 TEST_F(Tiger, NullPointersAndMissingFilesFailAndWriteNothing) {
     const std::wstring path = files_.Write("file", std::string_view("abc"));
     const std::wstring missing = files_.Path("missing");

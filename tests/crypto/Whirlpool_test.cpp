@@ -106,7 +106,23 @@ TEST(Whirlpool, CounterCarriesThroughItsBytes) {
     }
 }
 
-// A deliberate quirk: the count of bits of one call is a 32-bit number with a sign.
+// A deliberate quirk: the count of bits of one call is a 32-bit number with a sign, which is widened to 64 bits.
+TEST(Whirlpool, CountsTheBitsOfOneCallWithASign) {
+    const auto counted = [](int length) {
+        CCrypto_Whirlpool engine(nullptr);
+        WhirlpoolTestPeer::CountBits(engine, length);
+        const WhirlpoolTestPeer::Length bits = WhirlpoolTestPeer::BitLength(engine);
+        EXPECT_EQ(bits[23], 0) << "no more than 64 bits were added";
+        return helpers::ToHex(std::span(bits).last(8));
+    };
+    EXPECT_EQ(counted(0x0fff'ffff), "000000007ffffff8");
+    EXPECT_EQ(counted(0x1000'0000), "ffffffff80000000");
+    EXPECT_EQ(counted(0x1fff'ffff), "fffffffffffffff8");
+    EXPECT_EQ(counted(0x2000'0000), "0000000000000000");
+    EXPECT_EQ(counted(0x2000'0001), "0000000000000008");
+}
+
+// The same through a call that is as long.
 TEST(WhirlpoolSlow, CountsTheBitsOfOneCallWithThirtyTwoBits) {
     const helpers::Bytes message(0x1000'0001);
     CCrypto_Whirlpool engine(nullptr);

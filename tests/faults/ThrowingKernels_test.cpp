@@ -4,15 +4,29 @@
 #include "crypto/CCrypto_Blake2.h"
 #include "crypto/CCrypto_Md4.h"
 #include "crypto/CCrypto_Md5.h"
+#include "crypto/CCrypto_Md6.h"
 #include "crypto/CCrypto_Skein.h"
+#include "crypto/CCrypto_Tiger.h"
 #include "crypto/CCrypto_Whirlpool.h"
 #include "hash/kernels/KernelSelect.h"
 #include "tests/fakes/FaultRecorder.h"
+#include "tests/helpers/Bytes.h"
+#include "tests/helpers/FailingNew.h"
+#include "tests/helpers/ScratchFiles.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+
 #include <stdexcept>
 #include <string>
+
+namespace {
+
+std::array<std::uint32_t, 4> md4Md5State; // what the kernel of MD4 or MD5 was last given
+
+} // namespace
 
 namespace fyrn::kernels {
 
@@ -24,7 +38,8 @@ const KernelSet& Kernels() {
         set.blake2b = [](Blake2bState&, const std::uint8_t*, std::size_t, std::uint64_t) {
             throw std::runtime_error("BLAKE2b");
         };
-        const auto md4Md5 = [](std::uint32_t*, const std::uint8_t*, std::size_t) {
+        const auto md4Md5 = [](std::uint32_t* state, const std::uint8_t*, std::size_t) {
+            std::copy_n(state, 4, md4Md5State.begin());
             throw std::runtime_error("MD4 or MD5");
         };
         set.md4 = md4Md5;
@@ -32,6 +47,12 @@ const KernelSet& Kernels() {
         set.skein256 = skein;
         set.skein512 = skein;
         set.skein1024 = skein;
+        set.md6 = [](std::uint8_t*, const std::uint8_t*, std::size_t, const Md6Batch&) {
+            throw std::runtime_error("MD6");
+        };
+        set.tiger = [](std::uint64_t*, const std::uint8_t*, std::size_t) {
+            throw std::runtime_error("Tiger");
+        };
         set.whirlpool = [](std::uint64_t*, const std::uint8_t*, std::size_t) {
             throw std::runtime_error("Whirlpool");
         };
@@ -69,22 +90,45 @@ TEST(ThrowingKernels, Blake2ReportsAndGoesOn) {
     ExpectReport(source, 176, "bool __cdecl CCrypto_Blake2::Blake2_Final(unsigned char *,unsigned char)");
 }
 
+// Transform's own site catches, wherever the block comes from, and the member above goes on. The first block passes
+// through the buffer, the others are one run.
 template <class Engine>
 void ExpectBlockReports(const std::string& name) {
     const std::string source = "crypto/" + name + ".cpp";
-    const std::string member = "void __cdecl " + name + "::";
+    const std::string transform = "void __cdecl " + name + "::Transform(const unsigned char *)";
     Engine engine(nullptr);
-    engine.DoBlock(bytes, sizeof bytes);
-    ExpectReport(source.c_str(), 0, (member + "DoBlock(const unsigned char *,unsigned int)").c_str());
+    engine.DoBlock(bytes, 64);
+    ExpectReport(source.c_str(), 0, transform.c_str());
+    engine.DoBlock(bytes, 236);
+    const auto records = fakes::TakeFaultRecords();
+    ASSERT_EQ(records.size(), 2u) << name;
+    EXPECT_EQ(records[0].signature, transform);
+    EXPECT_EQ(records[1].signature, transform);
     engine.Transform(bytes);
-    ExpectReport(source.c_str(), 0, (member + "Transform(const unsigned char *)").c_str());
+    ExpectReport(source.c_str(), 0, transform.c_str());
     engine.Finalize();
-    ExpectReport(source.c_str(), 0, (member + "Finalize(void)").c_str());
+    ExpectReport(source.c_str(), 0, transform.c_str());
 }
 
 TEST(ThrowingKernels, Md4AndMd5ReportAndGoOn) {
     ExpectBlockReports<CCrypto_Md4>("CCrypto_Md4");
     ExpectBlockReports<CCrypto_Md5>("CCrypto_Md5");
+}
+
+// What results is the chaining value that the functions begin with.
+template <class Engine>
+void ExpectADigestInSpiteOfFaults() {
+    const helpers::ScratchFiles files;
+    Engine engine(nullptr);
+    char text[33] = "";
+    EXPECT_TRUE(engine.GetFromFileAsString(files.Write("file", std::string(100, 'x')).c_str(), text));
+    EXPECT_STREQ(text, "0123456789abcdeffedcba9876543210");
+    EXPECT_EQ(fakes::TakeFaultRecords().size(), 2u) << "one in DoBlock, one in Finalize";
+}
+
+TEST(ThrowingKernels, Md4AndMd5GiveADigestInSpiteOfFaults) {
+    ExpectADigestInSpiteOfFaults<CCrypto_Md4>();
+    ExpectADigestInSpiteOfFaults<CCrypto_Md5>();
 }
 
 // Sets up a context, then lets both of its operations meet the kernel.
@@ -122,6 +166,93 @@ TEST(ThrowingKernels, WhirlpoolReportsAndGoesOn) {
     ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::AddDataBlock(const unsigned char *,int)");
     engine.Finalize();
     ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::Finalize(void)");
+}
+
+// Which members report, in their order, while a file is hashed with a salt before it and no memory for its bytes.
+template <class Engine, class GetFromFile>
+std::vector<std::string> ReportsWithoutBuffer(Engine& engine, std::size_t readBufferSize, bool expected,
+                                              GetFromFile getFromFile) {
+    const helpers::ScratchFiles files;
+    const std::wstring path = files.Write("file", std::string(100, 'x'));
+    const std::wstring salt = files.Write("salt", std::string(10'000, 'x'));
+    EXPECT_EQ(engine.SetSalt_FromFile(salt.c_str(), EnumSaltType::Before), 10'000u);
+    {
+        const auto noBuffer = helpers::FailingNew::OfSize(readBufferSize);
+        EXPECT_EQ(getFromFile(engine, path.c_str()), expected);
+    }
+    std::vector<std::string> members;
+    for (const fakes::FaultRecord& record : fakes::TakeFaultRecords())
+        members.push_back(record.signature.substr(0, record.signature.find('(')));
+    return members;
+}
+
+// The buffer comes first, so nothing is fed when it is refused.
+TEST(ThrowingKernels, TheBufferIsAllocatedBeforeTheSaltIsFed) {
+    using Members = std::vector<std::string>;
+    CCrypto_Md4 md4(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(
+                  md4, 1'048'576, false,
+                  [](auto& engine, const wchar_t* path) { return engine.GetFromFile(path, digest); }),
+              Members{"bool __cdecl CCrypto_Md4::GetFromFile"});
+    CCrypto_Md5 md5(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(
+                  md5, 1'048'576, false,
+                  [](auto& engine, const wchar_t* path) { return engine.GetFromFile(path, digest); }),
+              Members{"bool __cdecl CCrypto_Md5::GetFromFile"});
+    CCrypto_Blake2 blake2(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(blake2, 1'048'576, false,
+                                   [](auto& engine, const wchar_t* path) {
+                                       return engine.GetFromFile(path, digest, 64, 64, nullptr, 0);
+                                   }),
+              Members{"bool __cdecl CCrypto_Blake2::GetFromFile"});
+    CCrypto_Skein skein(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(skein, 1'048'576, false,
+                                   [](auto& engine, const wchar_t* path) {
+                                       return engine.GetFromFile(path, digest, 64, 512);
+                                   }),
+              Members{"bool __cdecl CCrypto_Skein::GetFromFile"});
+    CCrypto_Tiger tiger(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(tiger, 1'048'576, false,
+                                   [](auto& engine, const wchar_t* path) {
+                                       return engine.GetFromFile(path, digest, 24, 192, true, 3);
+                                   }),
+              Members{"bool __cdecl CCrypto_Tiger::GetFromFile"});
+    CCrypto_Whirlpool whirlpool(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(
+                  whirlpool, 1'000'000, false,
+                  [](auto& engine, const wchar_t* path) { return engine.GetFromFile(path, digest); }),
+              Members{"bool __cdecl CCrypto_Whirlpool::GetFromFile"});
+}
+
+// MD6 feeds its salt first, and a fault there ends the work: no buffer is asked for.
+TEST(ThrowingKernels, Md6FeedsItsSaltBeforeTheBufferIsAllocated) {
+    CCrypto_Md6 md6(nullptr);
+    EXPECT_EQ(ReportsWithoutBuffer(md6, 1'048'576, true,
+                                   [](auto& engine, const wchar_t* path) {
+                                       return engine.GetFromFile(path, digest, 64, 512, 0);
+                                   }),
+              std::vector<std::string>{"int __cdecl CCrypto_Md6::Md6_Update"});
+}
+
+// MD4, MD5 and Tiger are initialised behind the allocation: without memory they stay as they were.
+template <class Engine>
+void ExpectNoInitialState() {
+    Engine engine(nullptr);
+    ReportsWithoutBuffer(engine, 1'048'576, false,
+                         [](auto& hash, const wchar_t* path) { return hash.GetFromFile(path, digest); });
+    engine.Transform(bytes);
+    fakes::TakeFaultRecords();
+    EXPECT_EQ(md4Md5State, (std::array<std::uint32_t, 4>{}));
+}
+
+TEST(ThrowingKernels, WithoutMemoryTheContextStaysAsItWas) {
+    ExpectNoInitialState<CCrypto_Md4>();
+    ExpectNoInitialState<CCrypto_Md5>();
+    CCrypto_Tiger tiger(nullptr);
+    ReportsWithoutBuffer(tiger, 1'048'576, false, [](auto& engine, const wchar_t* path) {
+        return engine.GetFromFile(path, digest, 24, 192, true, 3);
+    });
+    EXPECT_EQ(tiger.State()[0], 0u);
 }
 
 } // namespace

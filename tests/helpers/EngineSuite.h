@@ -128,6 +128,16 @@ TYPED_TEST_P(EngineSuite, EmptySaltAndMissingSaltLeaveTheDigestUnsalted) {
     EXPECT_EQ(helpers::EngineText<TypeParam>(this->engine, path.c_str()), unsalted);
 }
 
+TYPED_TEST_P(EngineSuite, ClearedSaltLeavesTheDigestUnsalted) {
+    if constexpr (requires { this->engine.ClearSalt(); }) {
+        const std::wstring path = this->files.Write("file", "some bytes");
+        const std::string unsalted = helpers::EngineText<TypeParam>(this->engine, path.c_str());
+        this->engine.SetSalt_FromFile(this->files.Write("salt", "NaCl").c_str(), EnumSaltType::Both);
+        this->engine.ClearSalt();
+        EXPECT_EQ(helpers::EngineText<TypeParam>(this->engine, path.c_str()), unsalted);
+    }
+}
+
 TYPED_TEST_P(EngineSuite, OneEngineServesAThousandFiles) {
     for (std::size_t i = 0; i < 1000; ++i)
         helpers::ExpectReferenceDigest<TypeParam>(this->engine, i * 37 % 331, i);
@@ -156,8 +166,8 @@ TYPED_TEST_P(EngineSuite, FailedAllocationIsReportedAndGivesFalse) {
 
 REGISTER_TYPED_TEST_SUITE_P(EngineSuite, EveryLengthTo300AgreesWithTheReference, BytesAndTextAreTheSameDigest,
                             NoFileAndNullPointersGiveFalseAndNoText, SaltsGoBeforeTheFileBehindItOrBoth,
-                            EmptySaltAndMissingSaltLeaveTheDigestUnsalted, OneEngineServesAThousandFiles,
-                            FailedAllocationIsReportedAndGivesFalse);
+                            EmptySaltAndMissingSaltLeaveTheDigestUnsalted, ClearedSaltLeavesTheDigestUnsalted,
+                            OneEngineServesAThousandFiles, FailedAllocationIsReportedAndGivesFalse);
 
 // Every length of file that can matter, for functions whose references are fast enough.
 template <class Function>

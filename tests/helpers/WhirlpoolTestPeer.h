@@ -18,6 +18,8 @@ class WhirlpoolTestPeer {
     }
     static Length BitLength(const CCrypto_Whirlpool& engine) { return std::to_array(engine.bitLength_); }
 
+    static void CountBits(CCrypto_Whirlpool& engine, int length) { engine.CountBits(length); }
+
     // As if `count` bits had been added before, the highest of `bits` first.
     static void PresetBits(CCrypto_Whirlpool& engine, std::uint8_t bits, int count) {
         engine.buffer_[0] = bits;

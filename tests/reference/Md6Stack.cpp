@@ -2,6 +2,7 @@
 #include "tests/reference/Md6Stack.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace reference {
 namespace {
@@ -11,6 +12,20 @@ std::vector<std::uint64_t> PackWords(const std::vector<bool>& bits, std::size_t 
     for (std::size_t i = 0; i < bits.size(); ++i)
         packed[i / 64] |= static_cast<std::uint64_t>(bits[i]) << (63 - i % 64);
     return packed;
+}
+
+std::vector<std::uint8_t> BytesInMemory(const std::vector<std::uint64_t>& words) {
+    std::vector<std::uint8_t> bytes(8 * words.size());
+    std::memcpy(bytes.data(), words.data(), bytes.size());
+    return bytes;
+}
+
+// The value of a word whose bytes in memory are read with the high-order byte first.
+std::uint64_t BigEndianAsStored(std::uint64_t word) {
+    std::uint64_t read = 0;
+    for (const std::uint8_t byte : BytesInMemory({word}))
+        read = read << 8 | byte;
+    return read;
 }
 
 } // namespace
@@ -49,9 +64,12 @@ int Md6Stack::Process(int number, bool final) {
         return 0;
     }
     std::vector<bool>& above = levels_[static_cast<std::size_t>(number) + 1].bits;
-    for (const std::uint64_t word : value)
+    for (const std::uint64_t word : value) {
+        // Level 1 holds bytes, so a word arrives there in the machine's order of bytes.
+        const std::uint64_t read = number == 0 ? BigEndianAsStored(word) : word;
         for (int bit = 63; bit >= 0; --bit)
-            above.push_back((word >> bit & 1) != 0);
+            above.push_back((read >> bit & 1) != 0);
+    }
     top_ = std::max(top_, number + 1);
     return Process(number + 1, final);
 }
@@ -62,6 +80,8 @@ int Md6Stack::CompressBlock(std::vector<std::uint64_t>& value, int number, bool 
     if (number >= 28)
         return 4;
     Level& level = levels_[static_cast<std::size_t>(number)];
+    if (level.bits.size() > 4096)
+        return 13;
     const auto field = [](auto content, int shift) { return static_cast<std::uint64_t>(content) << shift; };
     std::vector<std::uint64_t> input = prefix_;
     input.push_back(field(number, 56) | level.nextIndex);
@@ -74,6 +94,10 @@ int Md6Stack::CompressBlock(std::vector<std::uint64_t>& value, int number, bool 
     level.bits.clear();
     ++level.nextIndex;
     return 0;
+}
+
+std::vector<std::uint8_t> Md6Stack::HashValue() const {
+    return BytesInMemory(rootValue_);
 }
 
 std::vector<std::uint8_t> Md6Stack::Final() {

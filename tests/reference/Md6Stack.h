@@ -18,9 +18,12 @@ class Md6Stack {
     // Takes bits, one per element.
     void Update(const std::vector<bool>& bits);
 
-    // Both return 0, or 3 and 4 for a level below 0 and above 27.
+    // Both return 0, or 3 and 4 for a level below 0 and above 27, or 13 where level 0 has left more than a block.
     int Process(int level, bool final);
     int CompressBlock(std::vector<std::uint64_t>& value, int level, bool root);
+
+    // The words of the root, as they lie in memory; zeros before there is one.
+    std::vector<std::uint8_t> HashValue() const;
 
     // The digest. The last thing before must have been an Update with data. When all other data was taken
     // away by CompressBlock, no node is the root, and the digest is what Process left, or zeros.
