@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Every kernel that this machine can run against the portable one, from any state, at any alignment.
+// Every kernel that this machine can run, those for many messages too, against the portable one, from any state, at any
+// alignment.
 // Input: algorithm, count of blocks, alignment, a word for what is special, state, blocks.
 #include "fuzz/FuzzInput.h"
 #include "hash/kernels/KernelSelect.h"
+#include "hash/kernels/LaneSelect.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -52,6 +55,35 @@ struct Case {
     std::uint64_t special;
 };
 
+constexpr std::size_t mostLanes = 32;
+
+// Runs every lane kernel over messages that begin anywhere in the same bytes, each from the given state with another
+// first byte, and compares every lane with the portable kernel. lanes(kernel, states, blocks) and single(state, blocks).
+template <class State, class Candidates, class Lanes, class Single>
+void CompareLanes(const Candidates& candidates, const State& start, const std::uint8_t* bytes,
+                  std::size_t spread, Lanes lanes, Single single) {
+    State states[mostLanes];
+    State* pointers[mostLanes];
+    const std::uint8_t* blocks[mostLanes];
+    for (const auto& candidate : candidates) {
+        if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) != 0)
+            continue;
+        for (std::size_t lane = 0; lane < mostLanes; ++lane) {
+            states[lane] = start;
+            reinterpret_cast<unsigned char&>(states[lane]) ^= static_cast<unsigned char>(lane);
+            pointers[lane] = &states[lane];
+            blocks[lane] = bytes + lane * 37 % (spread + 1);
+        }
+        lanes(candidate.function, pointers, blocks);
+        for (std::size_t lane = 0; lane < candidate.lanes; ++lane) {
+            State expected = start;
+            reinterpret_cast<unsigned char&>(expected) ^= static_cast<unsigned char>(lane);
+            single(expected, blocks[lane]);
+            fuzz::Require(std::memcmp(&states[lane], &expected, sizeof expected) == 0, candidate.name);
+        }
+    }
+}
+
 // Kernels of the form (state, blocks, count).
 template <class State, std::size_t blockSize, class Candidates>
 void Plain(const Case& given, const Candidates& candidates) {
@@ -59,6 +91,33 @@ void Plain(const Case& given, const Candidates& candidates) {
     const Blocks blocks(given.input, given.count * blockSize, given.alignment);
     Compare(candidates, start,
             [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), given.count); });
+}
+
+// Pointers to the words of the states of all lanes.
+template <class State>
+auto WordsOf(State* const states[]) {
+    std::array<decltype(&states[0]->words[0]), mostLanes> words;
+    for (std::size_t lane = 0; lane < mostLanes; ++lane)
+        words[lane] = states[lane]->words;
+    return words;
+}
+
+// The same, and lane kernels of the form (states, blocks, count).
+template <class State, std::size_t blockSize, class Candidates, class LaneCandidates>
+void Plain(const Case& given, const Candidates& candidates, const LaneCandidates& laneCandidates) {
+    const auto start = given.input.Take<State>();
+    const Blocks blocks(given.input, given.count * blockSize, given.alignment);
+    Compare(candidates, start,
+            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), given.count); });
+    const std::size_t count = given.count / 2;
+    CompareLanes(
+        laneCandidates, start, blocks.Begin(), (given.count - count) * blockSize,
+        [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
+            kernel(WordsOf(states).data(), messages, count);
+        },
+        [&](State& state, const std::uint8_t* message) {
+            candidates.back().function(state.words, message, count);
+        });
 }
 
 template <class Word, std::size_t count>
@@ -138,7 +197,9 @@ using Words32x4 = Words<std::uint32_t, 4>;
 
 constexpr void (*algorithms[])(const Case& given) = {
     [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md4); },
-    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md5); },
+    [](const Case& given) {
+        Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md5, fyrn::kernels::LaneKernels().md5);
+    },
     [](const Case& given) {
         Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().sha1);
     },

@@ -24,4 +24,9 @@
 #    define X86(kernel) nullptr
 #endif
 
-#define ALWAYS_INLINE inline __attribute__((always_inline))
+#if defined(                                                                                                 \
+    FYRN_EMULATED_INSTRUCTIONS) // thousands of emulated instructions in one function take minutes to compile
+#    define ALWAYS_INLINE inline __attribute__((noinline))
+#else
+#    define ALWAYS_INLINE inline __attribute__((always_inline))
+#endif

@@ -3,6 +3,7 @@
 #include "tests/emulated/Sources.h"
 
 #include "hash/kernels/KernelSelect.h"
+#include "hash/kernels/LaneSelect.h"
 
 #include <gtest/gtest.h>
 
@@ -22,12 +23,15 @@ Names SourcesToEmulate() {
     return names;
 }
 
-// Without those that only others call.
-Names SourcesForAvx512() {
+// Those of kernels for one message, or of lane kernels; without those that only others call.
+Names SourcesEndingIn(const char* ending) {
     Names names = SourcesToEmulate();
-    std::erase_if(names, [](const std::string& name) { return !name.ends_with("_X86Avx512.cpp"); });
+    std::erase_if(names, [ending](const std::string& name) { return !name.ends_with(ending); });
     return names;
 }
+
+constexpr const char* forOneMessage = "_X86Avx512.cpp";
+constexpr const char* forLanes = "_X86Avx512Lanes.cpp";
 
 // Calls visit(algorithm, chosen kernel's candidate) for every algorithm: the suite runs every candidate that can be
 // chosen, and the one that is chosen is the first.
@@ -43,17 +47,24 @@ void ForEachChosen(Visit visit) {
     });
 }
 
-bool SuiteHas(const std::string& instance) {
+// The instance of the suites that takes the kernel of a source.
+std::string InstanceOf(const std::string& source) {
+    const std::string algorithm = source.substr(0, source.find('_'));
+    return algorithm.starts_with("Skein") ? "Skein" : algorithm; // one instance for the three sizes of state
+}
+
+bool SuiteHas(const std::string& name) {
     const testing::UnitTest& tests = *testing::UnitTest::GetInstance();
     for (int i = 0; i < tests.total_test_suite_count(); ++i) {
-        if (std::string(tests.GetTestSuite(i)->name()).starts_with(instance + "/KernelSuite/"))
+        if (std::string(tests.GetTestSuite(i)->name()).starts_with(name))
             return true;
     }
     return false;
 }
 
 TEST(Emulated, EverySourceForAvx512IsCompiledForTheEmulation) {
-    EXPECT_FALSE(SourcesForAvx512().empty());
+    EXPECT_FALSE(SourcesEndingIn(forOneMessage).empty());
+    EXPECT_FALSE(SourcesEndingIn(forLanes).empty());
     EXPECT_EQ(emulated::Sources(), SourcesToEmulate());
 }
 
@@ -63,18 +74,26 @@ TEST(Emulated, EverySourceForAvx512HasItsKernelAmongTheCandidatesThatAreRun) {
         if ((candidate.needs & fyrn::kernels::cpu::avx512) == 0)
             return;
         std::cout << "emulated: " << algorithm << " " << candidate.name << "\n";
-        run.insert(algorithm + "_X86Avx512.cpp");
+        run.insert(algorithm + forOneMessage);
     });
-    EXPECT_EQ(run, SourcesForAvx512());
+    EXPECT_EQ(run, SourcesEndingIn(forOneMessage));
 }
 
-TEST(Emulated, TheKernelSuiteTakesEveryAlgorithmWithAnEmulatedKernel) {
-    for (const std::string& source : SourcesForAvx512()) {
-        std::string instance = source.substr(0, source.find('_'));
-        if (instance.starts_with("Skein")) // one instance for the three sizes of state
-            instance = "Skein";
-        EXPECT_TRUE(SuiteHas(instance)) << instance;
-    }
+TEST(Emulated, EverySourceOfLanesForAvx512HasItsKernelAmongTheCandidatesThatAreRun) {
+    Names run;
+    fyrn::kernels::ForEachLaneAlgorithm([&run](const std::string& algorithm, auto member) {
+        for (const auto& candidate : member(fyrn::kernels::LaneKernels()))
+            if (candidate.needs == fyrn::kernels::cpu::avx512)
+                run.insert(algorithm + forLanes);
+    });
+    EXPECT_EQ(run, SourcesEndingIn(forLanes));
+}
+
+TEST(Emulated, TheSuitesTakeEveryAlgorithmWithAnEmulatedKernel) {
+    for (const std::string& source : SourcesEndingIn(forOneMessage))
+        EXPECT_TRUE(SuiteHas(InstanceOf(source) + "/KernelSuite/")) << source;
+    for (const std::string& source : SourcesEndingIn(forLanes))
+        EXPECT_TRUE(SuiteHas(InstanceOf(source) + "/LaneSuite/")) << source;
 }
 
 } // namespace

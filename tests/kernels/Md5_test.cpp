@@ -2,6 +2,7 @@
 #include "tests/reference/Md5.h"
 
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -19,9 +20,15 @@ struct Md5Family {
         for (std::size_t i = 0; i < count; ++i)
             reference::Md5Compress(state, blocks + 64 * i);
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().md5; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
+    }
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Md5, KernelSuite, Md5Family, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Md5, LaneSuite, Md5Family, helpers::FamilyNames);
 
 // The compression of the padded empty message, from the suite of RFC 1321.
 TEST(Md5Blocks, CompressesThePaddedEmptyMessage) {
