@@ -2,11 +2,10 @@
 // The run, in order.
 #include "app/CommandLine.h"
 #include "app/HashTable.h"
-#include "app/Header.h"
-#include "app/Progress.h"
 #include "app/Salt.h"
 #include "app/TargetEnumeration.h"
 #include "app/Usage.h"
+#include "app/Watch.h"
 
 #include <new>
 
@@ -20,9 +19,10 @@ void Run(int argc, wchar_t* argv[]) {
         PrintUsage(argv[0]);
         return;
     }
-    PrintHeader(context);
+    context.report.PrintHeader(context);
     LoadSalt(context, salt);
-    StartProgress(context);
+    context.progress.BeginRun(CountSelectedHashes(context));
+    const Watch watch(context.report, context.progress);
     for (int i = 1; i < argc; ++i)
         if (argv[i][0] != L'\0')
             ProcessTarget(context, argv[i]);
@@ -34,9 +34,10 @@ void Run(int argc, wchar_t* argv[]) {
 int wmain(int argc, wchar_t* argv[]) {
     try {
         Run(argc, argv);
+    } catch (const ReaderGone&) {
+        // Whatever was still to be done, nobody would see it.
     } catch (const std::bad_alloc&) {
         // Not even a line of output finds memory; what was printed so far is complete.
     }
-    EndProgress();
     return 0;
 }

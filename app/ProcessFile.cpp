@@ -1,40 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include "app/ProcessFile.h"
 
-#include "app/Console.h"
 #include "app/HashTable.h"
-#include "app/Progress.h"
 #include "app/RenameByHash.h"
 #include "platform/Directory.h"
 
+#include <new>
+
 namespace {
 
-void PrintNameLine(const RunContext& context, const platform::PathParts& parts) {
-    if (context.verbosity == 2)
-        ConsolePrintf(L"%s%s\n", parts.base, parts.extension);
-    else if (context.verbosity == 3)
-        ConsolePrintf(L"%s%s%s%s\n", parts.drive, parts.directory, parts.base, parts.extension);
+void ProcessRow(RunContext& context, const HashRow& row, const wchar_t* path) {
+    context.progress.BeginRow(row.name);
+    const bool hashed = row.hash(context, path);
+    context.report.ExpectReader(); // or the digest may be that of a part
+    if (hashed || row.printedAlways)
+        context.report.PrintDigest(context);
 }
 
-void PrintDigestLine(RunContext& context, const HashRow& row, const wchar_t* path) {
-    const bool hashed = row.hash(context, path);
-    if (hashed || row.printedAlways)
-        ConsolePrintf(L"  %S\n", context.hashText);
+void ReportAndRename(RunContext& context, const wchar_t* path) {
+    platform::PathParts parts;
+    platform::SplitPath(path, parts);
+    context.report.PrintName(context, parts);
+    context.progress.BeginFile(path);
+    for (std::size_t row = 0; row < hashRowCount; ++row)
+        if (IsSelected(context, row))
+            ProcessRow(context, hashTable[row], path);
+    if (context.rename && context.report.PassOn())
+        RenameByHash(context, path, parts.extension);
 }
 
 } // namespace
 
 void ProcessFile(RunContext& context, const wchar_t* path) {
-    platform::PathParts parts;
-    platform::SplitPath(path, parts);
-    PrintNameLine(context, parts);
-    NoteFile(path);
-    for (std::size_t row = 0; row < hashRowCount; ++row) {
-        if (!IsSelected(context, row))
-            continue;
-        NoteRow(row);
-        PrintDigestLine(context, hashTable[row], path);
+    try {
+        ReportAndRename(context, path);
+    } catch (const std::bad_alloc&) {
+        // What was not done yet is not done for this file; the next one may find memory again.
     }
-    if (context.rename)
-        RenameByHash(context, path, parts.extension);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/Progress.h"
+#include "app/Report.h"
 #include "crypto/CCrypto_Blake2.h"
 #include "crypto/CCrypto_Crc.h"
 #include "crypto/CCrypto_Md4.h"
@@ -14,7 +16,7 @@
 
 #include <cstdint>
 
-// The state of one run: what the command line asked for, the engines, and the last digest.
+// The state of one run: what the command line asked for, the engines, the last digest, and what the user sees.
 struct RunContext {
     bool inStartDirectory = true;   // false once the way back from a walk was lost
     bool deleteOnCollision = false; // a file whose digest name is taken is deleted instead of numbered
@@ -39,4 +41,7 @@ struct RunContext {
 
     std::uint32_t selection[2] = {}; // bit n of low and high word: row n of the hash table is selected
     std::uint8_t verbosity = 2;      // 1: digests; 2: and the file's name; 3: and its full path
+
+    Report report;
+    Progress progress;
 };

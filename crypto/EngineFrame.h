@@ -24,18 +24,19 @@ struct ReadBuffer {
 };
 
 // Feeds every byte of the file to update(bytes, count), in pieces of the buffer's size of which only the
-// last is shorter. A read error ends the file. Each piece stands at the start of the buffer, which is handed
-// to cleanse(buffer, count) when all is read, with the number of bytes that ever held data, and freed.
+// last is shorter. A read error ends the file, and so does the observer. Each piece stands at the start of the
+// buffer, which is handed to cleanse(buffer, count) when all is read, with the number of bytes that ever held
+// data, and freed.
 template <class Update, class Cleanse>
 void FeedFile(platform::InputFile& file, ReadBuffer buffer, Update update, Cleanse cleanse) {
     if (readObserver != nullptr)
-        readObserver->begin(file.left >= 0 ? file.left : platform::SizeOf(file));
+        readObserver->Begin(file.left >= 0 ? file.left : platform::SizeOf(file));
     std::size_t used = 0;
     while (const std::size_t count = platform::ReadFully(file, buffer.bytes, buffer.size)) {
         used = std::max(used, count);
         update(buffer.bytes, count);
-        if (readObserver != nullptr)
-            readObserver->read(count);
+        if (readObserver != nullptr && !readObserver->Read(count))
+            break;
     }
     cleanse(buffer.bytes, used);
     delete[] buffer.bytes;

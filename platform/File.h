@@ -21,7 +21,8 @@ struct InputFile {
 
 // Opens an existing file for binary reading. Fails (a false handle) for a missing or unreadable file, a
 // directory, a socket, a pipe that was opened before in this run, and for any pipe or device while they are
-// forbidden. Throws std::bad_alloc.
+// forbidden. A pipe or device may let its reader wait: standard output is passed on first. Throws
+// std::bad_alloc.
 InputFile OpenForReading(const wchar_t* path);
 
 // Reads up to `capacity` bytes and returns how many: fewer than `capacity` only at the end of the file or

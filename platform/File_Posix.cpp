@@ -5,6 +5,7 @@
 #include "platform/FileIdentity_Posix.h"
 #include "platform/NativePath_Posix.h"
 #include "platform/OpenFiles_Posix.h"
+#include "platform/Process.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -82,8 +83,11 @@ int OpenRegular(const char* path, struct stat& status) {
     return S_ISREG(status.st_mode) ? descriptor : CloseAndFail(descriptor);
 }
 
-// Waits for a pipe's writer, as every reader of pipes does.
+// Waits for a pipe's writer, as every reader of pipes does. Before anybody waits, what was printed is passed on.
 int OpenSpecial(const char* path, struct stat& status) {
+    FlushStandardOutput();
+    if (FateOfStandardOutput() == OutputFate::Unread)
+        return noFile;
     const int descriptor = Open(path, 0);
     if (descriptor == noFile)
         return noFile;

@@ -2,6 +2,7 @@
 // Files are opened by the runtime, whose secure open also decides about sharing, and read past its buffers.
 #include "platform/EncodedPieces.h"
 #include "platform/File.h"
+#include "platform/Process.h"
 
 #include <algorithm>
 #include <climits>
@@ -53,6 +54,8 @@ InputFile OpenForReading(const wchar_t* path) {
         file.native = reinterpret_cast<std::intptr_t>(stream);
     else
         HoldIfOnlyTheRuntimeFailed(path);
+    if (file && !IsRegular(file))
+        FlushStandardOutput(); // before anybody waits for what comes out of it
     return file;
 }
 

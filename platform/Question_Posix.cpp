@@ -69,6 +69,7 @@ bool AbortIsHandled() {
 // A process in the background would be stopped by reading from its terminal: nobody is asked then.
 int AskYesNo(const wchar_t* text, const wchar_t* caption) {
     WipeStatus();
+    FlushStandardOutput();
     const int terminal = open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY);
     if (terminal == -1)
         return nobodyAnswered;

@@ -15,6 +15,7 @@ int AskYesNo(const wchar_t* text, const wchar_t* caption) {
     constexpr UINT style = MB_YESNO | MB_ICONERROR | MB_TASKMODAL;
     static_assert(style == 0x2014);
     WipeStatus();
+    FlushStandardOutput();
     return MessageBoxW(nullptr, text, caption, style);
 }
 

@@ -5,11 +5,17 @@
 #include <cstddef>
 #include <cstdint>
 
-// Neither call may throw.
-struct ReadObserver {
-    void (*begin)(std::int64_t size); // reading begins; bytes of the file, 0 when that cannot be told
-    void (*read)(std::size_t count);  // so many more bytes were read and hashed
+class ReadObserver {
+  public:
+    // Reading begins; bytes of the file, 0 when that cannot be told.
+    virtual void Begin(std::int64_t size) noexcept = 0;
+
+    // So many more bytes were read and hashed. False when nobody wants the digest any more: reading ends here.
+    virtual bool Read(std::size_t count) noexcept = 0;
+
+  protected:
+    ~ReadObserver() = default;
 };
 
 // The one observer, if there is one. Set before the first file is read.
-inline const ReadObserver* readObserver = nullptr;
+inline ReadObserver* readObserver = nullptr;

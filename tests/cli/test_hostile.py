@@ -3,6 +3,7 @@
 import ctypes
 import os
 import random
+import shutil
 import signal
 import subprocess
 import unittest
@@ -88,21 +89,41 @@ class Output(launcher.ScratchCase):
         result = launcher.in_shell(f'"$@" {redirection}', *arguments, directory=self.scratch, timeout=60)
         self.check_quiet_success(result)
 
+    def check_renaming(self, redirection, renames):
+        """Whether files are renamed, and deleted, where the report goes."""
+        for option, names in (("-rename", [md5(b"x"), md5(b"x") + "_00"]), ("-renamedel", [md5(b"x")])):
+            shutil.rmtree(self.path("d"), ignore_errors=True)
+            for name in ("1", "2"):
+                self.write("d/" + name, b"x")
+            self.check(redirection, "-hash=MD5", option, "d")
+            self.assertEqual(self.names("d"), names if renames else ["1", "2"], option)
+
     def test_closed(self):
         self.check(">&-", "-hash=MD5", *self.TARGETS)
         self.check(">&-")
+        self.check_renaming(">&-", True)
+        self.check_renaming(">/dev/null", True)
 
     def test_full(self):
         self.check(">/dev/full", "-hash=MD5", *self.TARGETS)
         self.check(">/dev/full")
+        self.check_renaming(">/dev/full", False)
 
     def test_not_writable(self):
         self.check("1</dev/null", "-hash=MD5", *self.TARGETS)
+        self.check_renaming("1</dev/null", True)
 
     def test_a_limited_file(self):
-        result = launcher.in_shell('ulimit -f 8; "$@" >report', "-hash=MD5", "d", directory=self.scratch)
+        """What the report has no room for keeps its name."""
+        for number in range(500):
+            self.write(f"d/{number}", b"%d" % number)
+        result = launcher.in_shell('ulimit -f 8; "$@" >report', "-hash=MD5", "-renamedel", "d", directory=self.scratch)
         self.check_quiet_success(result)
-        self.assertLessEqual(os.path.getsize(self.path("report")), 8 * 1024)
+        report = self.read("report")
+        self.assertEqual(len(report), 8 * 512 if len(report) < 5000 else 8 * 1024)  # blocks of dash or of others
+        kept = {name for name in self.names("d") if len(name) < 32}
+        whole = report[:report.rindex(b"\n")].decode().split("\n")[2:]
+        self.assertEqual(kept, {str(number) for number in range(500)} - set(whole[:len(whole) // 2 * 2:2]))
 
     def test_a_reader_that_goes_away(self):
         for default in (signal.SIG_DFL, signal.SIG_IGN):
@@ -118,17 +139,42 @@ class Output(launcher.ScratchCase):
             self.assertEqual(process.wait(60), 0)
             self.assertEqual(errors, b"")
 
-    def test_a_reader_that_never_was(self):
-        for number in range(500):
-            self.write(f"d/{number}", b"%d" % number)
-        reader, writer = os.pipe()
-        os.close(reader)
-        self.fyrn("-hash=MD5", "-renamedel", *self.TARGETS, "d", stdout=writer)
-        os.close(writer)
-        self.assertEqual(self.names("d"), sorted(md5(b"%d" % number) for number in range(500)))
+    def test_the_run_ends_where_nobody_reads_it_any_more(self):
+        """It would take minutes more for each of these files, and hours for all of them."""
+        os.truncate(self.write("large"), 1 << 40)
+        process = subprocess.Popen(launcher.command("-hash=CRC-32", "-hash=MD6-512", *["large"] * 100),
+                                   cwd=self.scratch, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        self.addCleanup(process.kill)
+        process.stdout.readline()
+        process.stdout.close()
+        self.assertEqual(process.wait(timeout=30), 0)
+
+    def test_nothing_is_opened_after_the_report_lost_its_reader(self):
+        """Of the files behind a named pipe, which lets the run wait until the reader is gone."""
+        os.mkfifo(self.path("pipe"))
+        os.mkfifo(self.path("never"))
+        process = subprocess.Popen(launcher.command("-hash=MD5", "pipe", *["a"] * 100, "never"), cwd=self.scratch,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        self.addCleanup(process.kill)
+        with open(self.path("pipe"), "wb"):
+            process.stdout.close()
+        self.assertEqual(process.wait(timeout=30), 0)
 
     def test_standard_error_stays_empty_when_it_is_the_only_stream(self):
         self.check("<&- >&-", "-hash=MD5", *self.TARGETS)
+
+
+class NoReader(launcher.ScratchCase):
+    def test_nothing_is_renamed_or_deleted(self):
+        """Nobody would learn the old names."""
+        for option in ("-rename", "-renamedel"):
+            for number in range(500):
+                self.write(f"d/{number}", b"%d" % (number // 2))
+            reader, writer = os.pipe()
+            os.close(reader)
+            self.fyrn("-hash=MD5", option, "d", stdout=writer)
+            os.close(writer)
+            self.assertEqual(self.names("d"), sorted(str(number) for number in range(500)))
 
 
 if __name__ == "__main__":

@@ -1,7 +1,11 @@
 # SPDX-License-Identifier: MIT
 """Header, name lines and digest lines."""
 import os
+import pty
+import subprocess
+import threading
 import unittest
+import zlib
 
 import launcher
 from expected import ROWS, crc32, md5, sha1, sha256
@@ -157,6 +161,66 @@ class UnreadableFiles(launcher.ScratchCase):
         result = self.fyrn_unprivileged("-hash=CRC-32", "-hash=SHA1", "a.txt", "locked")
         self.assert_lines(result, "Hashes: CRC-32 SHA1 ", "", "a.txt", "  " + crc32(b"abc"), "  " + sha1(b"abc"),
                           "locked", "  " + sha1(b"abc"))
+
+
+class InTime(launcher.ScratchCase):
+    """A reader of the report sees what is finished while the run still works on the next file or function."""
+
+    def start(self, *arguments):
+        process = subprocess.Popen(launcher.command("-hash=CRC-32", *arguments), cwd=self.scratch,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def expect(self, process, *lines):
+        """Waits for lines of the report, without a hurry, and for no others, while the run goes on."""
+        received = []
+        reader = threading.Thread(target=lambda: received.extend(process.stdout.readline() for _ in lines),
+                                  daemon=True)
+        reader.start()
+        reader.join(30)
+        self.assertIsNone(process.poll())
+        self.assertEqual([line.rstrip(b"\r\n").decode() for line in received], list(lines))
+
+    def test_while_a_large_file_is_read(self):
+        self.write("a", b"abc")
+        os.truncate(self.write("large"), 1 << 40)
+        process = self.start("a", "large")
+        self.expect(process, "Hashes: CRC-32 ", "", "a", "  " + crc32(b"abc"), "large")
+
+    def test_while_a_file_is_read_for_the_next_function(self):
+        size = 256 << 20
+        os.truncate(self.write("large"), size)
+        process = self.start("-hash=MD6-512", "-hash=SKEIN-1024", "-hash=WHIRLPOOL", "large")
+        checksum = 0
+        for _ in range(size >> 20):
+            checksum = zlib.crc32(bytes(1 << 20), checksum)
+        self.expect(process, "Hashes: CRC-32 MD6-512 SKEIN-1024 WHIRLPOOL ", "", "large", f"  {checksum:08x}")
+
+    @launcher.posix_only
+    def test_while_the_writer_of_a_pipe_is_awaited(self):
+        self.write("a", b"abc")
+        os.mkfifo(self.path("pipe"))
+        process = self.start("a", self.path("pipe"), "a")
+        self.expect(process, "Hashes: CRC-32 ", "", "a", "  " + crc32(b"abc"), "pipe")
+        with open(self.path("pipe"), "wb") as pipe:
+            pipe.write(b"late")
+        rest = f"  {crc32(b'late')}\na\n  {crc32(b'abc')}\n"
+        self.assertEqual(process.communicate(timeout=60)[0], rest.encode())
+
+    @launcher.posix_only
+    def test_while_a_device_is_read_for_the_next_function(self):
+        user, terminal = pty.openpty()
+        self.addCleanup(os.close, user)
+        self.addCleanup(os.close, terminal)
+        process = self.start("-hash=MD5", os.ttyname(terminal))
+        os.write(user, b"typed\n\x04")
+        name = os.path.basename(os.ttyname(terminal))
+        self.expect(process, "Hashes: CRC-32 MD5 ", "", name, "  " + crc32(b"typed\n"))
+        os.write(user, b"typed\n\x04")
+        self.assertEqual(process.communicate(timeout=60)[0], f"  {md5(b'typed' + bytes([10]))}\n".encode())
 
 
 if __name__ == "__main__":

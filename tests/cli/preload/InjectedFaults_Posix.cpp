@@ -11,10 +11,12 @@
 //   swap CALL FIRST PATH           ... PATH, a directory, is moved to PATH.away, and a file put in its place
 //   pipe CALL FIRST PATH           ... a pipe takes the place of the file PATH
 //   untyped readdir                directories do not tell what kind their entries are
+//   kill CALL FIRST                before that call the process is killed, as by a power cut
 //
 // CALL is any, or one or more, with commas, of read, write, open, close, stat (all its forms), fstat, opendir, readdir,
 // chdir, fchdir, getcwd, renameat2, rename, link, unlink, fsync, fchown and malloc.
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
@@ -43,7 +45,7 @@ Function* Real(Function*& known, const char* name) {
         return Real(known, #name);                                                                           \
     }())
 
-enum class Kind { None, Fail, Storm, Short, Eio, Untyped, Vanish, Truncate, Swap, Pipe };
+enum class Kind { None, Fail, Storm, Short, Eio, Untyped, Vanish, Truncate, Swap, Pipe, Kill };
 
 // Read without allocating: malloc asks for it, too.
 struct Plan {
@@ -74,8 +76,8 @@ const char* Number(const char* text, long& number) {
 }
 
 Kind KindNamed(const char* name) {
-    const char* const names[] = {"none",    "fail",   "storm",    "short", "eio",
-                                 "untyped", "vanish", "truncate", "swap",  "pipe"};
+    const char* const names[] = {"none",   "fail",     "storm", "short", "eio", "untyped",
+                                 "vanish", "truncate", "swap",  "pipe",  "kill"};
     for (std::size_t i = 0; i < sizeof names / sizeof *names; ++i)
         if (std::strcmp(name, names[i]) == 0)
             return static_cast<Kind>(i);
@@ -150,6 +152,10 @@ void PutPipe(const char* path) {
 
 void Act() {
     const Plan& plan = ThePlan();
+    if (plan.kind == Kind::Kill) {
+        Log();
+        raise(SIGKILL);
+    }
     if (plan.kind == Kind::Vanish)
         syscall(SYS_unlink, plan.path);
     else if (plan.kind == Kind::Truncate)
