@@ -40,12 +40,22 @@ int StatusOf(pid_t child) {
     return WEXITSTATUS(status);
 }
 
+// Everything that a child process writes to its terminal until it asks, or ends.
+std::string ReadToQuestion(int terminal) {
+    std::string text;
+    char byte;
+    while (!text.ends_with("[y/n] ") && read(terminal, &byte, 1) == 1)
+        text += byte;
+    return text;
+}
+
 struct Dialogue {
     int answer;
     std::string screen;
 };
 
-// Asks in a child process into whose terminal the user types after a pause. What is typed before the child reads waits for it.
+// Asks in a child process. The user reads the question, waits for a while, and types all lines at once; what is typed
+// before, the terminal would show amid the question.
 Dialogue Ask(
     const std::string& typed, void (*prepare)() = [] {}, std::chrono::milliseconds pause = {}) {
     int terminal;
@@ -56,10 +66,11 @@ Dialogue Ask(
         std::this_thread::sleep_for(timeToRead);
         EndChild(answer);
     }
+    Dialogue dialogue;
+    dialogue.screen = ReadToQuestion(terminal);
     std::this_thread::sleep_for(pause);
     EXPECT_EQ(write(terminal, typed.data(), typed.size()), static_cast<ssize_t>(typed.size()));
-    Dialogue dialogue;
-    dialogue.screen = ReadToEnd(terminal);
+    dialogue.screen += ReadToEnd(terminal);
     dialogue.answer = StatusOf(child);
     close(terminal);
     return dialogue;
