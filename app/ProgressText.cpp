@@ -69,10 +69,17 @@ void FormatFigures(const ProgressState& state, wchar_t* text, std::size_t capaci
     }
 }
 
+// Characters that begin a line, or change the direction of what stands around them.
+bool IsFormatting(std::uint32_t code) {
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x2028 && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
 // Terminals do something else with control characters than to show them, and nothing with halves of characters.
 bool IsShown(wchar_t character) {
     const auto code = static_cast<std::uint32_t>(character);
-    return code >= 0x20 && !(code >= 0x7F && code < 0xA0) && !(code >= 0xD800 && code < 0xE000);
+    return code >= 0x20 && !(code >= 0x7F && code < 0xA0) && !(code >= 0xD800 && code < 0xE000) &&
+           !IsFormatting(code);
 }
 
 // Whatever is not known to be narrow may take two columns.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace platform {
@@ -16,9 +17,21 @@ constexpr char clearRest[] = "\x1b[K";
 
 bool shown = false;
 
+// False for a terminal that another program has at the moment, for instance because this one was sent to the
+// background: its line is not ours any more, and one byte to it may stop the process for good.
+bool IsInForeground() {
+    return tcgetpgrp(STDERR_FILENO) == getpgrp();
+}
+
 bool CanTakeBack() {
     const char* const terminal = std::getenv("TERM");
     return terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
+}
+
+// What reads from a pipe, as a pager does, may be drawing on the same terminal.
+bool IsOutputPiped() {
+    struct stat status;
+    return fstat(STDOUT_FILENO, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
 }
 
 // One call, so that no half of a line is ever seen.
@@ -30,7 +43,7 @@ void Write(const char* bytes, std::size_t count) {
 
 std::size_t StatusColumns() {
     winsize size;
-    if (isatty(STDERR_FILENO) == 0 || tcgetpgrp(STDERR_FILENO) != getpgrp() || !CanTakeBack())
+    if (!IsInForeground() || !CanTakeBack() || IsOutputPiped())
         return 0;
     constexpr std::size_t usual = 80; // a terminal that does not know its size
     return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : usual;
@@ -51,10 +64,9 @@ void ShowStatus(const wchar_t* text) {
 }
 
 void WipeStatus() {
-    if (!shown)
-        return;
     constexpr char wipe[] = "\r\x1b[K";
-    Write(wipe, std::strlen(wipe));
+    if (shown && IsInForeground())
+        Write(wipe, std::strlen(wipe));
     shown = false;
 }
 

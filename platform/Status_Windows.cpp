@@ -15,6 +15,11 @@ HANDLE Console() {
     return GetStdHandle(STD_ERROR_HANDLE);
 }
 
+// What reads from a pipe, as a pager does, may be drawing in the same console.
+bool IsOutputPiped() {
+    return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) == FILE_TYPE_PIPE;
+}
+
 // Clears the cursor's line and goes to its start.
 void ClearLine() {
     CONSOLE_SCREEN_BUFFER_INFO buffer;
@@ -30,6 +35,8 @@ void ClearLine() {
 
 std::size_t StatusColumns() {
     CONSOLE_SCREEN_BUFFER_INFO buffer; // only a console has one
+    if (IsOutputPiped())
+        return 0;
     return GetConsoleScreenBufferInfo(Console(), &buffer) != 0 ? static_cast<std::size_t>(buffer.dwSize.X)
                                                                : 0;
 }

@@ -136,6 +136,21 @@ TEST(ProgressText, KnowsWhereControlCharactersAndHalvesBeginAndEnd) {
     }
 }
 
+TEST(ProgressText, SendsNoCharacterThatTurnsTheDirectionOrBeginsALine) {
+    ProgressState state = Iso();
+    const auto first = [&](wchar_t character) {
+        const wchar_t path[] = {character, 0};
+        state.path = path;
+        return TextOf(state)[0];
+    };
+    for (const wchar_t hidden : {L'\x061C', L'\x200E', L'\x200F', L'\x2028', L'\x2029', L'\x202A', L'\x202B',
+                                 L'\x202C', L'\x202D', L'\x202E', L'\x2066', L'\x2067', L'\x2068', L'\x2069'})
+        EXPECT_EQ(first(hidden), L'?') << std::hex << static_cast<int>(hidden);
+    for (const wchar_t shown :
+         {L'\x061B', L'\x061D', L'\x200D', L'\x2010', L'\x2027', L'\x202F', L'\x2065', L'\x206A'})
+        EXPECT_EQ(first(shown), shown) << std::hex << static_cast<int>(shown);
+}
+
 TEST(ProgressText, IsEmptyWhereThereIsNoRoom) {
     EXPECT_EQ(TextOf(Iso(), 0), L"");
     EXPECT_EQ(TextOf(Iso(), 30), L"");

@@ -7,6 +7,7 @@ import fcntl
 import os
 import pty
 import re
+import shlex
 import struct
 import subprocess
 import termios
@@ -60,8 +61,12 @@ class Progress(ScratchCase):
                 time.sleep(pause)
         return content
 
-    def on_terminal(self, *arguments, output=subprocess.PIPE, columns=100, environment=None, control=True):
-        """Starts the program with a pseudo-terminal as standard error; with output=None also as standard output."""
+    def on_terminal(self, *arguments, output="report", columns=100, environment=None, control=True):
+        """Starts the program with a pseudo-terminal as standard error. Its output goes into a file of that name, or is what
+        subprocess takes; with None it goes to the terminal, too."""
+        if isinstance(output, str):
+            output = open(self.path(output), "wb")
+            self.addCleanup(output.close)
         master, slave = pty.openpty()
         fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
 
@@ -79,17 +84,16 @@ class Progress(ScratchCase):
         return process, Reader(master)
 
     def finish(self, process, reader):
-        output = process.communicate(timeout=60)[0]
+        process.communicate(timeout=60)
         reader.join(10)
         self.assertEqual(process.returncode, 0)
-        return output
 
     def test_a_long_run_shows_file_function_bytes_and_speed_ten_times_a_second_at_most(self):
         begin = time.monotonic()
         process, reader = self.on_terminal("-hash=MD5", "slow")
         content = self.feed(3.5, pause=0.01)
-        output = self.finish(process, reader)
-        self.assertEqual(output, f"Hashes: MD5 \n\nslow\n  {md5(content)}\n".encode())
+        self.finish(process, reader)
+        self.assertEqual(self.read("report"), f"Hashes: MD5 \n\nslow\n  {md5(content)}\n".encode())
         lines = DRAWN.findall(reader.text)
         for line in lines:
             self.assertRegex(line, rb"^(\.\.\.)?[^ ]*/slow  MD5 1/1  \d+\.\d MiB  \d+\.\d MiB/s$")
@@ -141,12 +145,14 @@ class Progress(ScratchCase):
         self.assertTrue(all(60 < len(line) < 80 for line in lines), lines)
 
     def test_nothing_is_shown_where_it_would_do_harm(self):
-        """Without a terminal, on one that cannot take a line back, one that another program has, one too narrow."""
+        """Without a terminal, on one that cannot take a line back, one that another program has, one too narrow, and
+        where the reader of the report may draw."""
         cases = {"dumb": {"environment": {"TERM": "dumb"}}, "unknown": {"environment": {"TERM": None}},
-                 "not ours": {"control": False}, "narrow": {"columns": 20}}
+                 "not ours": {"control": False}, "narrow": {"columns": 20}, "pager": {"output": subprocess.PIPE}}
         for name in (*cases, "pipe"):
             os.mkfifo(self.path(name))
-        runs = {name: self.on_terminal("-hash=MD5", name, **options) for name, options in cases.items()}
+        runs = {name: self.on_terminal("-hash=MD5", name, **{"output": name + ".report"} | options)
+                for name, options in cases.items()}
         piped = subprocess.Popen(command("-hash=MD5", "pipe"), cwd=self.scratch, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=os.environ | {"TERM": "xterm"})
         feeders = [threading.Thread(target=self.feed, args=(2.5,), kwargs={"pipe": name}) for name in (*cases, "pipe")]
@@ -159,6 +165,66 @@ class Progress(ScratchCase):
                 self.finish(process, reader)
                 self.assertEqual(reader.text, b"")
         self.assertEqual(piped.communicate(timeout=60)[1], b"")
+
+
+@posix_only
+class JobControl(ScratchCase):
+    """A run that shows its progress is stopped by Ctrl-Z, and goes on in the background to its end."""
+
+    # The shell has the terminal from the moment on at which its job is stopped.
+    SHELL = """set -m
+               stty {flag}
+               {command} > report
+               printf '<stopped>'
+               bg
+               wait
+               printf '<ended>'"""
+
+    def start(self, flag, *arguments):
+        """Starts a shell on a terminal of its own with a job. Returns the shell, the terminal and a reader of it."""
+        script = self.SHELL.format(flag=flag, command=shlex.join(command(*arguments)))
+        shell, terminal = pty.fork()
+        if shell == 0:
+            os.chdir(self.scratch)
+            os.execvpe("bash", ["bash", "--norc", "-c", script], os.environ | {"TERM": "xterm"})
+        self.addCleanup(os.close, terminal)
+        return shell, terminal, Reader(terminal)
+
+    def feed(self):
+        """Writes pieces into the pipe until `self.fed` is set."""
+        with open(self.path("slow"), "wb", buffering=0) as pipe:
+            while not self.fed.wait(0.05):
+                pipe.write(PIECE)
+
+    def wait_for(self, reader, pattern):
+        end = time.monotonic() + 30
+        while not re.search(pattern, reader.text):
+            self.assertLess(time.monotonic(), end, (pattern, reader.text))
+            time.sleep(0.05)
+
+    def check(self, flag):
+        self.fed = threading.Event()
+        self.addCleanup(self.fed.set)
+        shell, terminal, reader = self.start(flag, "-hash=MD5", "slow")
+        feeder = threading.Thread(target=self.feed, daemon=True)
+        feeder.start()
+        self.wait_for(reader, DRAWN)
+        os.write(terminal, b"\x1a")
+        self.wait_for(reader, b"<stopped>")
+        time.sleep(0.5)
+        self.fed.set()
+        self.wait_for(reader, b"<ended>")
+        self.assertEqual(os.waitpid(shell, 0)[1], 0)
+        self.assertNotIn(b"\x1b", reader.text.partition(b"<stopped>")[2])
+        self.assertRegex(self.read("report"), rb"^Hashes: MD5 \n\nslow\n  [0-9a-f]{32}\n$")
+
+    def test_nothing_is_drawn_or_wiped_there(self):
+        os.mkfifo(self.path("slow"))
+        self.check("-tostop")
+
+    def test_a_terminal_that_stops_who_writes_there_stops_nobody(self):
+        os.mkfifo(self.path("slow"))
+        self.check("tostop")
 
 
 @unittest.skipUnless(WINDOWS, "needs the Windows program")
