@@ -30,10 +30,10 @@ class ByteFile {
     // -1 with errno in `error`; EISDIR for a directory.
     std::ptrdiff_t Read(void* buffer, std::size_t capacity, int& error);
 
-    bool IsRegular() const;
+    enum class Kind { regular, other };
 
-    // Bytes that are left to read of a regular file; -1 when that cannot be told.
-    std::int64_t SizeLeft() const;
+    // What is open. `sizeLeft` is the bytes of a regular file that are left to read, -1 when that cannot be told.
+    Kind Look(std::int64_t& sizeLeft) const;
 
     void Close();
 

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ByteFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace platform {
+
+namespace {
+
+int Descriptor(std::intptr_t native) {
+    return static_cast<int>(native);
+}
+
+} // namespace
+
+ByteFile& ByteFile::operator=(ByteFile&& other) noexcept {
+    std::swap(native_, other.native_);
+    std::swap(owned_, other.owned_);
+    return *this;
+}
+
+ByteFile ByteFile::Open(const std::string& name, int& error) {
+    int descriptor;
+    do
+        descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    while (descriptor < 0 && errno == EINTR);
+    error = descriptor < 0 ? errno : 0;
+    return ByteFile(descriptor, true);
+}
+
+ByteFile ByteFile::StandardInput() {
+    return ByteFile(STDIN_FILENO, false);
+}
+
+std::ptrdiff_t ByteFile::Read(void* buffer, std::size_t capacity, int& error) {
+    ssize_t count;
+    do
+        count = read(Descriptor(native_), buffer, capacity);
+    while (count < 0 && errno == EINTR);
+    if (count < 0)
+        error = errno;
+    return count;
+}
+
+ByteFile::Kind ByteFile::Look(std::int64_t& sizeLeft) const {
+    struct stat status;
+    sizeLeft = -1;
+    if (fstat(Descriptor(native_), &status) != 0 || !S_ISREG(status.st_mode))
+        return Kind::other;
+    const off_t position = owned_ ? 0 : lseek(Descriptor(native_), 0, SEEK_CUR);
+    if (position >= 0 && position <= status.st_size)
+        sizeLeft = status.st_size - position;
+    return Kind::regular;
+}
+
+void ByteFile::Close() {
+    if (owned_ && native_ != -1)
+        close(Descriptor(native_));
+    native_ = -1;
+}
+
+} // namespace platform

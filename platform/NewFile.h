@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// A file that has its name only when it is complete. Names are bytes (see ByteFile.h).
+#pragma once
+
+#include "platform/Tree.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+// Until Complete, the bytes stand in a file without a name or under a temporary one in the same directory; what had the
+// name before stays. A name of something else than a regular file (a device, a pipe) is written to as it stands.
+class NewFile {
+  public:
+    NewFile() = default;
+    NewFile(NewFile&& other) noexcept;
+    NewFile& operator=(NewFile&& other) = delete;
+    ~NewFile(); // an incomplete file goes away
+
+    // Makes the file. Returns 0 or errno. Throws std::bad_alloc. Called once.
+    int Create(const std::string& name);
+
+    // Returns 0 or errno.
+    int Write(std::string_view bytes);
+
+    // Gives the file its name, in place of what had it. Returns 0 or errno.
+    int Complete();
+
+    // The file that is being written.
+    FileIdentity Identity() const;
+
+  private:
+    int CreateNamed();
+
+    std::intptr_t native_ = -1;
+    std::string name_;      // links resolved
+    std::string temporary_; // empty: the file has no name, or its own
+    bool direct_ = false;   // written to as it stands
+};
+
+} // namespace platform

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// Directories and what stands in them, by names that are bytes (see ByteFile.h). Nothing is changed by looking.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace platform {
+
+enum class EntryKind { regular, directory, link, special };
+
+// Tells one file of the system from all others.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+
+    bool operator==(const FileIdentity&) const = default;
+};
+
+struct EntryStatus {
+    EntryKind kind = EntryKind::special;
+    std::uint64_t size = 0; // bytes, of a regular file
+    FileIdentity identity;
+};
+
+// Looks at what has this name: at a link itself, or with `follow` at what it leads to. Returns 0 or errno. Throws
+// std::bad_alloc.
+int LookAt(const std::string& name, bool follow, EntryStatus& status);
+
+struct ListedEntry {
+    std::string name;
+    EntryKind kind = EntryKind::special;
+};
+
+// Reads all entries of a directory but "." and "..", in the system's order. Returns 0 or errno; what was read before an
+// error stays in `entries`. Throws std::bad_alloc.
+int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries);
+
+} // namespace platform

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Tree.h"
+
+#include <cerrno>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+
+namespace platform {
+
+namespace {
+
+struct CloseDirectory {
+    void operator()(DIR* directory) const { closedir(directory); }
+};
+
+EntryKind KindOf(mode_t mode) {
+    if (S_ISREG(mode))
+        return EntryKind::regular;
+    if (S_ISDIR(mode))
+        return EntryKind::directory;
+    return S_ISLNK(mode) ? EntryKind::link : EntryKind::special;
+}
+
+// File systems that do not keep the kind in the directory are asked for each entry. What vanished meanwhile is taken for a
+// file, whose opening then says so.
+EntryKind KindOf(const dirent& entry, int directory) {
+    if (entry.d_type != DT_UNKNOWN)
+        return KindOf(DTTOIF(entry.d_type));
+    struct stat status;
+    if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return EntryKind::regular;
+    return KindOf(status.st_mode);
+}
+
+bool IsDots(const char* name) {
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+} // namespace
+
+int LookAt(const std::string& name, bool follow, EntryStatus& status) {
+    struct stat found;
+    if (fstatat(AT_FDCWD, name.c_str(), &found, follow ? 0 : AT_SYMLINK_NOFOLLOW) != 0)
+        return errno;
+    status.kind = KindOf(found.st_mode);
+    status.size = status.kind == EntryKind::regular ? static_cast<std::uint64_t>(found.st_size) : 0;
+    status.identity = {found.st_dev, found.st_ino};
+    return 0;
+}
+
+int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries) {
+    const std::unique_ptr<DIR, CloseDirectory> directory(opendir(name.c_str()));
+    if (!directory)
+        return errno;
+    for (;;) {
+        errno = 0;
+        const dirent* const entry = readdir(directory.get());
+        if (entry == nullptr)
+            return errno;
+        if (!IsDots(entry->d_name))
+            entries.push_back({entry->d_name, KindOf(*entry, dirfd(directory.get()))});
+    }
+}
+
+} // namespace platform
