@@ -52,8 +52,8 @@ ByteFile ByteFile::StandardInput() {
 }
 
 std::ptrdiff_t ByteFile::Read(void* buffer, std::size_t capacity, int& error) {
-    const int count = _read(Descriptor(native_), buffer,
-                            static_cast<unsigned>(std::min<std::size_t>(capacity, INT_MAX)));
+    const int count =
+        _read(Descriptor(native_), buffer, static_cast<unsigned>(std::min<std::size_t>(capacity, INT_MAX)));
     if (count < 0)
         error = errno;
     return count;

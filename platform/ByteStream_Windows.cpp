@@ -29,7 +29,8 @@ int WriteToConsole(int descriptor, std::string_view bytes) {
     const std::wstring wide = WideOf(bytes);
     DWORD written;
     const HANDLE console = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
-    return WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr) != 0 ? 0 : EIO;
+    return WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr) != 0 ? 0
+                                                                                                        : EIO;
 }
 
 int WriteAll(int descriptor, std::string_view bytes) {

@@ -14,9 +14,8 @@ namespace {
 // opened later can become one of them.
 void FillClosedStreams() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
-        if (fcntl(descriptor, F_GETFD) == -1)
-            [[maybe_unused]] const int filled =
-                open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        if (fcntl(descriptor, F_GETFD) == -1) [[maybe_unused]]
+            const int filled = open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 } // namespace

@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <new>
 
-// Patterns arrive as typed, and are expanded where that is wanted.
+// No shell expands patterns here, so the runtime does.
 extern "C" {
 extern int _dowildcard;
-int _dowildcard = 0;
+int _dowildcard = -1;
 }
 
 int wmain(int argc, wchar_t* argv[]) {

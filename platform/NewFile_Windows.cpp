@@ -41,8 +41,8 @@ int NewFile::Create(const std::string& name) {
     if (!direct_)
         return CreateNamed();
     int descriptor = -1;
-    const errno_t error = _wsopen_s(&descriptor, WideOf(name).c_str(), _O_WRONLY | _O_BINARY | _O_NOINHERIT,
-                                    _SH_DENYNO, 0);
+    const errno_t error =
+        _wsopen_s(&descriptor, WideOf(name).c_str(), _O_WRONLY | _O_BINARY | _O_NOINHERIT, _SH_DENYNO, 0);
     native_ = descriptor;
     return error;
 }
@@ -53,9 +53,9 @@ int NewFile::CreateNamed() {
     for (unsigned number = GetCurrentProcessId();; ++number) {
         const std::string temporary = directory + ".fyrnsum-" + std::to_string(number);
         int descriptor = -1;
-        const errno_t error =
-            _wsopen_s(&descriptor, LongName(temporary).c_str(),
-                      _O_WRONLY | _O_BINARY | _O_CREAT | _O_EXCL | _O_NOINHERIT, _SH_DENYWR, _S_IREAD | _S_IWRITE);
+        const errno_t error = _wsopen_s(&descriptor, LongName(temporary).c_str(),
+                                        _O_WRONLY | _O_BINARY | _O_CREAT | _O_EXCL | _O_NOINHERIT, _SH_DENYWR,
+                                        _S_IREAD | _S_IWRITE);
         native_ = descriptor;
         if (error == 0)
             temporary_ = temporary;

@@ -2,9 +2,11 @@
 // Directories and what stands in them, by names that are bytes (see ByteFile.h). Nothing is changed by looking.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace platform {
 
@@ -28,13 +30,12 @@ struct EntryStatus {
 // std::bad_alloc.
 int LookAt(const std::string& name, bool follow, EntryStatus& status);
 
-struct ListedEntry {
-    std::string name;
-    EntryKind kind = EntryKind::special;
-};
+// The directory that a name begins with, its separator included, so that what follows is the last component.
+std::size_t LengthOfDirectory(std::string_view name);
 
-// Reads all entries of a directory but "." and "..", in the system's order. Returns 0 or errno; what was read before an
-// error stays in `entries`. Throws std::bad_alloc.
-int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries);
+// Calls `found` with each entry of a directory but "." and "..", in the system's order. Returns 0 or errno. Throws what
+// `found` throws, and std::bad_alloc.
+int ListDirectory(const std::string& name,
+                  const std::function<void(std::string_view entry, EntryKind kind)>& found);
 
 } // namespace platform

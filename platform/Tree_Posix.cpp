@@ -51,7 +51,11 @@ int LookAt(const std::string& name, bool follow, EntryStatus& status) {
     return 0;
 }
 
-int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries) {
+std::size_t LengthOfDirectory(std::string_view name) {
+    return name.rfind('/') + 1; // npos + 1 is 0
+}
+
+int ListDirectory(const std::string& name, const std::function<void(std::string_view, EntryKind)>& found) {
     const std::unique_ptr<DIR, CloseDirectory> directory(opendir(name.c_str()));
     if (!directory)
         return errno;
@@ -61,7 +65,7 @@ int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries) {
         if (entry == nullptr)
             return errno;
         if (!IsDots(entry->d_name))
-            entries.push_back({entry->d_name, KindOf(*entry, dirfd(directory.get()))});
+            found(entry->d_name, KindOf(*entry, dirfd(directory.get())));
     }
 }
 

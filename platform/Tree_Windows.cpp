@@ -5,11 +5,19 @@
 
 #include <cerrno>
 #include <cwchar>
+#include <memory>
 #include <windows.h>
 
 namespace platform {
 
 namespace {
+
+struct CloseSearch {
+    void operator()(HANDLE search) const {
+        if (search != INVALID_HANDLE_VALUE)
+            FindClose(search);
+    }
+};
 
 // The numbers that the runtime's own functions give for these errors.
 int ErrnoOf(DWORD error) {
@@ -47,7 +55,8 @@ std::uint64_t Join(DWORD high, DWORD low) {
 
 DWORD ReparseTag(HANDLE file) {
     FILE_ATTRIBUTE_TAG_INFO info;
-    return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &info, sizeof info) != 0 ? info.ReparseTag : 0;
+    return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &info, sizeof info) != 0 ? info.ReparseTag
+                                                                                             : 0;
 }
 
 int LookAt(HANDLE file, EntryStatus& status) {
@@ -72,9 +81,9 @@ bool IsDots(const wchar_t* name) {
 
 int LookAt(const std::string& name, bool follow, EntryStatus& status) {
     const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS | (follow ? 0 : FILE_FLAG_OPEN_REPARSE_POINT);
-    const HANDLE file =
-        CreateFileW(LongName(name).c_str(), FILE_READ_ATTRIBUTES,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, flags, nullptr);
+    const HANDLE file = CreateFileW(LongName(name).c_str(), FILE_READ_ATTRIBUTES,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, flags, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return ErrnoOf(GetLastError());
     const int error = LookAt(file, status);
@@ -82,17 +91,20 @@ int LookAt(const std::string& name, bool follow, EntryStatus& status) {
     return error;
 }
 
-int ListDirectory(const std::string& name, std::vector<ListedEntry>& entries) {
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW(LongName(name + "\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE)
+std::size_t LengthOfDirectory(std::string_view name) {
+    return name.find_last_of("/\\:") + 1; // npos + 1 is 0
+}
+
+int ListDirectory(const std::string& name, const std::function<void(std::string_view, EntryKind)>& found) {
+    WIN32_FIND_DATAW entry;
+    const std::unique_ptr<void, CloseSearch> search(FindFirstFileW(LongName(name + "\\*").c_str(), &entry));
+    if (search.get() == INVALID_HANDLE_VALUE)
         return ErrnoOf(GetLastError());
     do {
-        if (!IsDots(found.cFileName))
-            entries.push_back({Utf8Of(found.cFileName), KindOf(found.dwFileAttributes, found.dwReserved0)});
-    } while (FindNextFileW(search, &found) != 0);
+        if (!IsDots(entry.cFileName))
+            found(Utf8Of(entry.cFileName), KindOf(entry.dwFileAttributes, entry.dwReserved0));
+    } while (FindNextFileW(search.get(), &entry) != 0);
     const DWORD error = GetLastError();
-    FindClose(search);
     return error == ERROR_NO_MORE_FILES ? 0 : ErrnoOf(error);
 }
 

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -50,29 +49,6 @@ class FileHasher {
   private:
     struct State;
     std::unique_ptr<State> state_;
-};
-
-// Hashes many files and tells of each in the order in which they were added, from the thread that adds them.
-class HashQueue {
-  public:
-    using Done = std::function<void(const FileResult&)>;
-
-    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr);
-    HashQueue(const HashQueue&) = delete;
-    HashQueue& operator=(const HashQueue&) = delete;
-    ~HashQueue(); // drops what is not done yet
-
-    // Takes a file in; may call what is done, this one included. What `done` throws comes out here or in Finish.
-    void Add(Name name, FunctionSet functions, Done done);
-
-    // Takes in what is no file but has its place in the order.
-    void AddNote(std::function<void()> note);
-
-    // Returns when all is done and told.
-    void Finish();
-
-  private:
-    FileHasher hasher_;
 };
 
 } // namespace sum

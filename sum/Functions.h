@@ -28,6 +28,9 @@ struct FunctionChoice {
     }
 };
 
+// Whether the function gives digests of any length.
+bool TakesLength(fyrn::Function function);
+
 // The function with the digest that it has by itself.
 FunctionChoice ChoiceOf(fyrn::Function function);
 

@@ -16,6 +16,12 @@ const std::string& ProgramName();
 // Writes "fyrnsum: TEXT" and a line end to standard error, in one piece and after what standard output holds back.
 void Say(std::string_view text);
 
+// The same without a look at standard output: for what went wrong with that.
+void SayAtOnce(std::string_view text);
+
+// "Try 'fyrnsum --help' for more information."
+void SayAdvice();
+
 // "fyrnsum: NAME: No such file or directory", the name quoted where that is needed.
 void SayError(const Name& name, int error);
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sum {
@@ -34,8 +35,12 @@ struct PathRule {
 struct Options {
     std::vector<Name> operands; // "-" alone when none was given; lists with --check
 
-    std::vector<FunctionChoice> functions; // never empty, unless it is for a list to tell
-    bool functionsGiven = false;           // by -a, or by the name under which the program was called
+    bool namesGiven = false; // there were operands
+
+    std::vector<FunctionChoice> functions; // never empty: those given, or else the default
+    bool functionsGiven =
+        false; // by -a, or by the name under which the program was called; a check then takes no
+               // other, except that BLAKE2b and SHAKE without lengthBits have any length
     std::optional<std::size_t> lengthBits; // --length
 
     bool check = false;
@@ -60,5 +65,9 @@ struct Options {
     Watch progress = Watch::automatic;
     bool debug = false;
 };
+
+// What stands in the name of an output for the function, when each has one of its own.
+inline constexpr std::string_view functionPlace = "{alg}";
+bool HasOneOutputForEach(const Options& options);
 
 } // namespace sum

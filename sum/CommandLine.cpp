@@ -1,0 +1,302 @@
+// SPDX-License-Identifier: MIT
+#include "sum/CommandLine.h"
+
+#include "sum/Arguments.h"
+#include "sum/FunctionRequest.h"
+#include "sum/Messages.h"
+#include "sum/PathRules.h"
+
+#include <charconv>
+
+namespace sum {
+
+namespace {
+
+// Reads the options one by one, and then looks at them together.
+class Reader {
+  public:
+    Reader(const Tool& tool, std::span<const std::string> arguments)
+        : tool_(tool), arguments_(tool, arguments), request_(tool) {}
+
+    Options Read();
+
+  private:
+    void Take(const GivenOption& given);
+    void TakeForm(const std::string& name);
+    void TakeJobs(const std::string& text);
+    void CheckTogether() const;
+    void CheckCheckOptions() const;
+    void CheckPrintOptions() const;
+    void CheckForms() const;
+    void ChooseFunctions();
+    void ChooseForm();
+    void ChooseOperands();
+
+    const Tool& tool_;
+    Arguments arguments_;
+    FunctionRequest request_;
+    Options options_;
+    std::optional<Form> form_;
+    std::optional<bool> binary_; // of --binary and --text the last; --tag is binary too
+    bool base64_ = false;
+    bool raw_ = false;
+};
+
+[[noreturn]] void FailMeaningless(const std::string& what, bool forCheck) {
+    throw UsageError("the " + what + " option is " +
+                     (forCheck ? "meaningless when" : "meaningful only when") + " verifying checksums");
+}
+
+[[noreturn]] void FailUnsupported(const std::string& what) {
+    throw UsageError("the " + what + " option is not supported when verifying checksums");
+}
+
+} // namespace
+
+void Reader::TakeForm(const std::string& name) {
+    constexpr std::pair<std::string_view, Form> forms[] = {{"gnu", Form::untagged},
+                                                           {"bsd", Form::tagged},
+                                                           {"sfv", Form::sfv},
+                                                           {"hashdeep", Form::hashdeep},
+                                                           {"bagit", Form::bagit}};
+    for (const auto& [known, form] : forms) {
+        if (known == name) {
+            form_ = form;
+            return;
+        }
+    }
+    std::string message = "invalid argument " + QuotedPlain(name) + " for '--format'\nValid arguments are:";
+    for (const auto& [known, form] : forms)
+        message += "\n  - '" + std::string(known) + "'";
+    throw UsageError(message);
+}
+
+void Reader::TakeJobs(const std::string& text) {
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, options_.jobs);
+    if (error != std::errc() || stop != end || options_.jobs == 0)
+        throw UsageError("invalid number of jobs: " + QuotedPlain(text), UsageError::Advice::none);
+}
+
+void Reader::Take(const GivenOption& given) {
+    CheckOptions& checking = options_.checking;
+    switch (given.id) {
+    case OptionId::algorithm:
+        return request_.Add(given.argument);
+    case OptionId::length:
+        return request_.SetLength(given.argument);
+    case OptionId::bsd:
+        return request_.Add("bsd");
+    case OptionId::sysv:
+        return request_.Add("sysv");
+    case OptionId::binary:
+        binary_ = true;
+        return;
+    case OptionId::text:
+        binary_ = false;
+        return;
+    case OptionId::tag:
+        form_ = Form::tagged;
+        binary_ = true;
+        return;
+    case OptionId::untagged:
+        form_ = Form::untagged;
+        return;
+    case OptionId::json:
+        form_ = Form::json;
+        return;
+    case OptionId::format:
+        return TakeForm(given.argument);
+    case OptionId::base64:
+        base64_ = true;
+        return;
+    case OptionId::raw:
+        raw_ = true;
+        return;
+    case OptionId::zero:
+        options_.zero = true;
+        return;
+    case OptionId::check:
+        options_.check = true;
+        return;
+    case OptionId::directory:
+        options_.directory = given.argument;
+        return;
+    case OptionId::baseName:
+        options_.baseName = true;
+        return;
+    case OptionId::ignoreMissing:
+        checking.ignoreMissing = true;
+        return;
+    case OptionId::strict:
+        checking.strict = true;
+        return;
+    case OptionId::quiet: // of these three the last counts
+    case OptionId::status:
+    case OptionId::warn:
+        checking.quiet = given.id == OptionId::quiet;
+        checking.status = given.id == OptionId::status;
+        checking.warn = given.id == OptionId::warn;
+        return;
+    case OptionId::recursive:
+        options_.recursive = true;
+        return;
+    case OptionId::follow:
+        options_.follow = true;
+        return;
+    case OptionId::oneFileSystem:
+        options_.oneFileSystem = true;
+        return;
+    case OptionId::exclude:
+        options_.rules.push_back({given.argument, false});
+        return;
+    case OptionId::include:
+        options_.rules.push_back({given.argument, true});
+        return;
+    case OptionId::excludeFrom:
+        return AppendExclusions(given.argument, options_.rules);
+    case OptionId::filesFrom:
+    case OptionId::files0From:
+        options_.namesFrom = given.argument;
+        options_.namesEndInNul = given.id == OptionId::files0From;
+        return;
+    case OptionId::output:
+        options_.output = given.argument;
+        return;
+    case OptionId::jobs:
+        return TakeJobs(given.argument);
+    case OptionId::progress:
+        options_.progress = Watch::always;
+        return;
+    case OptionId::noProgress:
+        options_.progress = Watch::never;
+        return;
+    case OptionId::debug:
+        options_.debug = true;
+        return;
+    case OptionId::help:
+        throw Instead{Instead::Page::help};
+    case OptionId::version:
+        throw Instead{Instead::Page::version};
+    case OptionId::listFunctions:
+        throw Instead{Instead::Page::functions};
+    }
+}
+
+// In the order in which GNU's tools look at them, so that of several mistakes the same one is told.
+void Reader::CheckTogether() const {
+    if (form_ == Form::tagged && binary_ == false)
+        throw UsageError("--tag does not support --text mode");
+    if (options_.check)
+        CheckCheckOptions();
+    else
+        CheckPrintOptions();
+}
+
+void Reader::CheckCheckOptions() const {
+    if (options_.zero)
+        FailUnsupported("--zero");
+    if (raw_)
+        FailUnsupported("--raw");
+    if (options_.output)
+        FailUnsupported("--output");
+    if (options_.namesFrom)
+        FailUnsupported(options_.namesEndInNul ? "--files0-from" : "--files-from");
+    if (form_ == Form::json)
+        FailUnsupported("--json");
+    if (form_ == Form::tagged && tool_.kind != ToolKind::cksum)
+        FailMeaningless("--tag", true);
+    if (binary_ && tool_.kind != ToolKind::cksum)
+        throw UsageError("the --binary and --text options are meaningless when verifying checksums");
+    if (options_.recursive)
+        FailMeaningless("--recursive", true);
+    if (!options_.rules.empty())
+        throw UsageError("the --exclude and --include options are meaningless when verifying checksums");
+}
+
+void Reader::CheckPrintOptions() const {
+    const CheckOptions& checking = options_.checking;
+    const std::pair<bool, const char*> onlyForChecks[] = {{checking.ignoreMissing, "--ignore-missing"},
+                                                          {checking.status, "--status"},
+                                                          {checking.warn, "--warn"},
+                                                          {checking.quiet, "--quiet"},
+                                                          {checking.strict, "--strict"},
+                                                          {options_.directory.has_value(), "--directory"},
+                                                          {options_.baseName, "--basename"}};
+    for (const auto& [given, name] : onlyForChecks)
+        if (given)
+            FailMeaningless(name, false);
+    if (base64_ && raw_)
+        throw UsageError("--base64 and --raw are mutually exclusive");
+    CheckForms();
+}
+
+// What the forms of other programs cannot hold.
+void Reader::CheckForms() const {
+    if (form_ == Form::untagged || form_ == Form::tagged || form_ == Form::json || !form_)
+        return;
+    if (base64_ || raw_)
+        throw UsageError("this --format has digests in hexadecimal only");
+    if (options_.zero)
+        throw UsageError("this --format has lines that end in a line feed only");
+}
+
+void Reader::ChooseFunctions() {
+    options_.functionsGiven =
+        request_.IsGiven() || tool_.kind == ToolKind::digest || tool_.kind == ToolKind::blake2;
+    options_.lengthBits = request_.LengthBits();
+    if (form_ == Form::sfv && !request_.IsGiven())
+        request_.Add("crc32");
+    if (form_ == Form::hashdeep && !request_.IsGiven())
+        request_.Add("md5,sha256");
+    options_.functions = request_.Resolve(options_.check);
+    const std::vector<FunctionChoice>& functions = options_.functions;
+    if (form_ == Form::sfv && (functions.size() != 1 || functions[0].name != "crc32"))
+        throw UsageError("--format=sfv is for --algorithm=crc32 only");
+}
+
+// One function's lines are untagged, and those of several that stand together tagged, when nothing was said.
+void Reader::ChooseForm() {
+    const bool together = options_.functions.size() > 1 && !HasOneOutputForEach(options_);
+    const Form usual = tool_.kind == ToolKind::cksum || together ? Form::tagged : Form::untagged;
+    options_.form = form_.value_or(usual);
+    options_.star = binary_ == true && options_.form == Form::untagged && form_ != Form::tagged;
+    options_.encoding = raw_ ? Encoding::raw : base64_ ? Encoding::base64 : Encoding::hex;
+    if (raw_ && options_.functions.size() > 1)
+        throw UsageError("the --raw option is not supported with multiple functions");
+}
+
+void Reader::ChooseOperands() {
+    options_.operands = arguments_.Operands();
+    if (options_.namesFrom && !options_.operands.empty()) {
+        Say("extra operand " + QuotedPlain(options_.operands[0]));
+        throw UsageError(std::string("file operands cannot be combined with ") +
+                         (options_.namesEndInNul ? "--files0-from" : "--files-from"));
+    }
+    if (raw_ && (options_.operands.size() > 1 || options_.namesFrom || options_.recursive))
+        throw UsageError("the --raw option is not supported with multiple files");
+    options_.namesGiven = !options_.operands.empty();
+    if (!options_.namesGiven && !options_.namesFrom)
+        options_.operands = {"-"};
+}
+
+Options Reader::Read() {
+    while (const auto given = arguments_.Next())
+        Take(*given);
+    // The functions first, because so do GNU's tools; but the form is needed for that.
+    ChooseFunctions();
+    CheckTogether();
+    ChooseForm();
+    ChooseOperands();
+    return std::move(options_);
+}
+
+Options ReadCommandLine(const Tool& tool, std::span<const std::string> arguments) {
+    return Reader(tool, arguments).Read();
+}
+
+bool HasOneOutputForEach(const Options& options) {
+    return options.output && options.output->find(functionPlace) != Name::npos;
+}
+
+} // namespace sum

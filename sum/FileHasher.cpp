@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#include "sum/FileHasher.h"
+
+#include "platform/ByteFile.h"
+
+#include <cerrno>
+#include <span>
+
+namespace sum {
+
+namespace {
+
+// Read, and then hashed by one function after the other, out of the second-level cache.
+constexpr std::size_t bufferSize = 256 * 1024;
+
+} // namespace
+
+struct FileHasher::State {
+    ReadWatcher* watcher;
+    FunctionSet functions; // that `hashers` are of
+    std::vector<fyrn::Hasher> hashers;
+    std::vector<std::byte> buffer = std::vector<std::byte>(bufferSize);
+
+    void Begin(const FunctionSet& wanted);
+    FileResult Hash(platform::ByteFile file, const Name& name);
+    int HashAll(platform::ByteFile& file, std::uint64_t& size);
+};
+
+// Hashers are kept, since most runs use the same for every file.
+void FileHasher::State::Begin(const FunctionSet& wanted) {
+    if (wanted == functions) {
+        for (fyrn::Hasher& hasher : hashers)
+            hasher.Reset();
+        return;
+    }
+    functions = nullptr;
+    hashers.clear();
+    for (const FunctionChoice& choice : *wanted)
+        hashers.emplace_back(choice.function, choice.digestSize);
+    functions = wanted;
+}
+
+// Reads to the end, also of a file that grows meanwhile.
+int FileHasher::State::HashAll(platform::ByteFile& file, std::uint64_t& size) {
+    int error = 0;
+    for (;;) {
+        const std::ptrdiff_t count = file.Read(buffer.data(), buffer.size(), error);
+        if (count <= 0)
+            return count < 0 ? error : 0;
+        const auto read = static_cast<std::size_t>(count);
+        for (fyrn::Hasher& hasher : hashers)
+            hasher.Update(std::span(buffer.data(), read));
+        size += read;
+        if (watcher != nullptr)
+            watcher->Read(read);
+    }
+}
+
+FileResult FileHasher::State::Hash(platform::ByteFile file, const Name& name) {
+    FileResult result;
+    if (watcher != nullptr) {
+        std::int64_t left;
+        watcher->Begin(name);
+        if (file.Look(left) == platform::ByteFile::Kind::other || left > std::int64_t{bufferSize})
+            watcher->WillWait();
+    }
+    result.error = HashAll(file, result.size);
+    if (result.error != 0)
+        return result;
+    result.digests.reserve(hashers.size());
+    for (fyrn::Hasher& hasher : hashers)
+        result.digests.push_back(hasher.Finish());
+    return result;
+}
+
+FileHasher::FileHasher(ReadWatcher* watcher) : state_(std::make_unique<State>()) {
+    state_->watcher = watcher;
+}
+
+FileHasher::~FileHasher() = default;
+
+FileResult FileHasher::Hash(const Name& name, const FunctionSet& functions) {
+    if (name != "-")
+        return HashNamed(name, functions);
+    state_->Begin(functions);
+    return state_->Hash(platform::ByteFile::StandardInput(), name);
+}
+
+FileResult FileHasher::HashNamed(const Name& name, const FunctionSet& functions) {
+    FileResult result;
+    platform::ByteFile file = platform::ByteFile::Open(name, result.error);
+    if (result.error != 0)
+        return result;
+    state_->Begin(functions);
+    return state_->Hash(std::move(file), name);
+}
+
+} // namespace sum

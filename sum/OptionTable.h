@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+// Every option of every tool, from which the command line is read and the help is written.
+#pragma once
+
+#include "sum/Tool.h"
+
+#include <span>
+#include <string_view>
+
+namespace sum {
+
+enum class OptionId {
+    algorithm,
+    baseName,
+    base64,
+    binary,
+    bsd,
+    check,
+    debug,
+    directory,
+    exclude,
+    excludeFrom,
+    files0From,
+    filesFrom,
+    follow,
+    format,
+    help,
+    ignoreMissing,
+    include,
+    jobs,
+    json,
+    length,
+    listFunctions,
+    noProgress,
+    oneFileSystem,
+    output,
+    progress,
+    quiet,
+    raw,
+    recursive,
+    status,
+    strict,
+    sysv,
+    tag,
+    text,
+    untagged,
+    version,
+    warn,
+    zero
+};
+
+struct OptionRow {
+    OptionId id;
+    char letter;               // 0: none
+    std::string_view name;     // empty: only the letter
+    std::string_view argument; // what help calls it; empty: it takes none
+    unsigned tools;            // ToolKind bits
+    std::string_view help;     // lines; empty: not shown, as another spelling of the row before
+};
+
+// In the order of the help, which is also that of the tools' own help.
+std::span<const OptionRow> OptionTable();
+
+inline bool Has(const OptionRow& row, const Tool& tool) {
+    return (row.tools & static_cast<unsigned>(tool.kind)) != 0;
+}
+
+} // namespace sum

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+#include "sum/Print.h"
+
+#include "sum/HashQueue.h"
+#include "sum/Inputs.h"
+#include "sum/Line.h"
+#include "sum/Messages.h"
+#include "sum/Output.h"
+#include "sum/Progress.h"
+
+#include <deque>
+
+namespace sum {
+
+namespace {
+
+// One list: where its lines go, and of which digests of a file they are.
+struct List {
+    LineWriter writer;
+    LineSink* sink;
+    std::size_t first;
+};
+
+class Printer : public InputSink {
+  public:
+    explicit Printer(const Options& options);
+
+    void File(const Name& name) override;
+    void Trouble(const Name& name, const std::string& reason) override;
+    int Finish();
+
+    std::vector<platform::FileIdentity> OwnFiles() const;
+
+  private:
+    void AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output);
+    void Told(const Name& name, const FileResult& result);
+    void Fail(const Name& name, const std::string& reason);
+
+    const Options& options_;
+    FunctionSet functions_;
+    Progress progress_;
+    HashQueue queue_;
+    std::deque<OutputFile> outputs_;
+    std::vector<List> lists_;
+    std::string lines_;
+    bool failed_ = false;
+};
+
+Name OutputNameFor(const FunctionChoice& choice, Name output) {
+    for (std::size_t place = 0; (place = output.find(functionPlace, place)) != Name::npos;
+         place += choice.name.size())
+        output.replace(place, functionPlace.size(), choice.name);
+    return output;
+}
+
+Printer::Printer(const Options& options)
+    : options_(options), functions_(std::make_shared<const std::vector<FunctionChoice>>(options.functions)),
+      progress_(options), queue_(options.jobs, &progress_) {
+    if (!HasOneOutputForEach(options)) {
+        AddList(functions_, 0, options.output);
+        return;
+    }
+    for (std::size_t i = 0; i < options.functions.size(); ++i) {
+        const FunctionChoice& choice = options.functions[i];
+        AddList(std::make_shared<const std::vector<FunctionChoice>>(1, choice), i,
+                OutputNameFor(choice, *options.output));
+    }
+}
+
+void Printer::AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output) {
+    LineSink& sink = output ? static_cast<LineSink&>(outputs_.emplace_back(*output)) : Out();
+    lists_.push_back({LineWriter(options_, std::move(functions)), &sink, first});
+    sink.Write(lists_.back().writer.Header());
+}
+
+// What the lists are before the run, and what they are being written to.
+std::vector<platform::FileIdentity> Printer::OwnFiles() const {
+    std::vector<platform::FileIdentity> own;
+    for (const OutputFile& output : outputs_) {
+        platform::EntryStatus status;
+        own.push_back(output.Identity());
+        if (platform::LookAt(output.FileName(), true, status) == 0)
+            own.push_back(status.identity);
+    }
+    return own;
+}
+
+void Printer::File(const Name& name) {
+    queue_.Add(name, functions_, [this, name](const FileResult& result) { Told(name, result); });
+}
+
+void Printer::Trouble(const Name& name, const std::string& reason) {
+    queue_.AddNote([this, name, reason] { Fail(name, reason); });
+}
+
+void Printer::Fail(const Name& name, const std::string& reason) {
+    failed_ = true;
+    Say(Quoted(name) + ": " + reason);
+}
+
+void Printer::Told(const Name& name, const FileResult& result) {
+    if (result.error != 0)
+        return Fail(name, ErrorText(result.error));
+    const bool unnamed = !options_.namesGiven && !options_.namesFrom;
+    for (const List& list : lists_) {
+        lines_.clear();
+        if (!list.writer.Append(lines_, unnamed ? nullptr : &name, result, list.first))
+            return Fail(name, "this name cannot be written in lists of this form");
+        list.sink->Write(lines_);
+    }
+}
+
+int Printer::Finish() {
+    queue_.Finish();
+    Out().Flush();
+    for (OutputFile& output : outputs_)
+        output.Complete();
+    return failed_ ? 1 : 0;
+}
+
+} // namespace
+
+int Print(const Options& options) {
+    Printer printer(options);
+    ForEachInput(options, printer.OwnFiles(), printer);
+    return printer.Finish();
+}
+
+} // namespace sum
