@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reading files by names that are bytes: as they are on POSIX systems, UTF-8 on Windows, where long paths work too.
-// Errors are numbers of errno on every system. Only functions that say so throw.
+// Reading files by names that are bytes: as they are on POSIX systems, UTF-8 on Windows, where long
+// paths work too. Errors are numbers of errno on every system. Only functions that say so throw.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +17,9 @@ class ByteFile {
     ByteFile& operator=(ByteFile&& other) noexcept;
     ~ByteFile() { Close(); }
 
-    // Opens for binary reading whatever has this name, waiting for a writer if it is a pipe. Sets `error` to 0, or to
-    // errno upon failure. A directory may open; its reading fails then. Throws std::bad_alloc.
+    // Opens for binary reading whatever has this name, waiting for a writer if it is a pipe. Sets
+    // `error` to 0, or to errno upon failure. A directory may open; its reading fails then. Throws
+    // std::bad_alloc.
     static ByteFile Open(const std::string& name, int& error);
 
     // Standard input, without translation of line ends. Never closed.
@@ -26,13 +27,14 @@ class ByteFile {
 
     explicit operator bool() const { return native_ != -1; }
 
-    // Reads up to `capacity` bytes in one call of the system, begun again after a signal. Returns how many, 0 at the end, or
-    // -1 with errno in `error`; EISDIR for a directory.
+    // Reads up to `capacity` bytes in one call of the system, begun again after a signal. Returns
+    // how many, 0 at the end, or -1 with errno in `error`; EISDIR for a directory.
     std::ptrdiff_t Read(void* buffer, std::size_t capacity, int& error);
 
     enum class Kind { regular, other };
 
-    // What is open. `sizeLeft` is the bytes of a regular file that are left to read, -1 when that cannot be told.
+    // What is open. `sizeLeft` is the bytes of a regular file that are left to read, -1 when that
+    // cannot be told.
     Kind Look(std::int64_t& sizeLeft) const;
 
     void Close();

@@ -23,8 +23,8 @@ bool IsConsole(int descriptor) {
     return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)), &mode) != 0;
 }
 
-// A console shows text by its own character set; wide text it shows as it is. Whole lines come here, so that no
-// character is cut.
+// A console shows text by its own character set; wide text it shows as it is. Whole lines come
+// here, so that no character is cut.
 int WriteToConsole(int descriptor, std::string_view bytes) {
     const std::wstring wide = WideOf(bytes);
     DWORD written;

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Takes the places of standard streams that were closed, in such a way that using them fails as before, and that no file
-// opened later can become one of them.
+// Takes the places of standard streams that were closed, in such a way that using them fails as
+// before, and that no file opened later can become one of them.
 void FillClosedStreams() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
         if (fcntl(descriptor, F_GETFD) == -1) [[maybe_unused]]
@@ -22,7 +22,8 @@ void FillClosedStreams() {
 
 int main(int argc, char* argv[]) {
     FillClosedStreams();
-    // Writing to a closed pipe, or beyond the size that a file may have, fails like any other writing.
+    // Writing to a closed pipe, or beyond the size that a file may have, fails like any other
+    // writing.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     try {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The entry of a program that takes its arguments as UTF-8. The runtime's start-up code calls wmain by itself.
+// The entry of a program that takes its arguments as UTF-8. The runtime's start-up code calls wmain
+// by itself.
 #include "platform/ByteMain.h"
 #include "platform/LongName_Windows.h"
 

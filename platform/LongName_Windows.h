@@ -11,7 +11,8 @@ namespace platform {
 std::wstring WideOf(std::string_view utf8);
 std::string Utf8Of(std::wstring_view wide);
 
-// The name as the system takes it: one that would be too long is made absolute, with \\?\ before it.
+// The name as the system takes it: one that would be too long is made absolute, with \\?\ before
+// it.
 std::wstring LongName(std::string_view utf8);
 
 } // namespace platform

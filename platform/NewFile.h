@@ -10,8 +10,9 @@
 
 namespace platform {
 
-// Until Complete, the bytes stand in a file without a name or under a temporary one in the same directory; what had the
-// name before stays. A name of something else than a regular file (a device, a pipe) is written to as it stands.
+// Until Complete, the bytes stand in a file without a name or under a temporary one in the same
+// directory; what had the name before stays. A name of something else than a regular file (a
+// device, a pipe) is written to as it stands.
 class NewFile {
   public:
     NewFile() = default;

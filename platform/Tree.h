@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Directories and what stands in them, by names that are bytes (see ByteFile.h). Nothing is changed by looking.
+// Directories and what stands in them, by names that are bytes (see ByteFile.h). Nothing is changed
+// by looking.
 #pragma once
 
 #include <cstddef>
@@ -26,15 +27,16 @@ struct EntryStatus {
     FileIdentity identity;
 };
 
-// Looks at what has this name: at a link itself, or with `follow` at what it leads to. Returns 0 or errno. Throws
-// std::bad_alloc.
+// Looks at what has this name: at a link itself, or with `follow` at what it leads to. Returns 0 or
+// errno. Throws std::bad_alloc.
 int LookAt(const std::string& name, bool follow, EntryStatus& status);
 
-// The directory that a name begins with, its separator included, so that what follows is the last component.
+// The directory that a name begins with, its separator included, so that what follows is the last
+// component.
 std::size_t LengthOfDirectory(std::string_view name);
 
-// Calls `found` with each entry of a directory but "." and "..", in the system's order. Returns 0 or errno. Throws what
-// `found` throws, and std::bad_alloc.
+// Calls `found` with each entry of a directory but "." and "..", in the system's order. Returns 0
+// or errno. Throws what `found` throws, and std::bad_alloc.
 int ListDirectory(const std::string& name,
                   const std::function<void(std::string_view entry, EntryKind kind)>& found);
 

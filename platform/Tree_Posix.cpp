@@ -24,8 +24,8 @@ EntryKind KindOf(mode_t mode) {
     return S_ISLNK(mode) ? EntryKind::link : EntryKind::special;
 }
 
-// File systems that do not keep the kind in the directory are asked for each entry. What vanished meanwhile is taken for a
-// file, whose opening then says so.
+// File systems that do not keep the kind in the directory are asked for each entry. What vanished
+// meanwhile is taken for a file, whose opening then says so.
 EntryKind KindOf(const dirent& entry, int directory) {
     if (entry.d_type != DT_UNKNOWN)
         return KindOf(DTTOIF(entry.d_type));

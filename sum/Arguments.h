@@ -22,7 +22,8 @@ class Arguments {
   public:
     Arguments(const Tool& tool, std::span<const std::string> arguments) : tool_(tool), rest_(arguments) {}
 
-    // The next option; nothing when there is none left, and all operands are known. Throws UsageError.
+    // The next option; nothing when there is none left, and all operands are known. Throws
+    // UsageError.
     std::optional<GivenOption> Next();
 
     const std::vector<std::string>& Operands() const { return operands_; }

@@ -255,7 +255,8 @@ void Reader::ChooseFunctions() {
         throw UsageError("--format=sfv is for --algorithm=crc32 only");
 }
 
-// One function's lines are untagged, and those of several that stand together tagged, when nothing was said.
+// One function's lines are untagged, and those of several that stand together tagged, when nothing
+// was said.
 void Reader::ChooseForm() {
     const bool together = options_.functions.size() > 1 && !HasOneOutputForEach(options_);
     const Form usual = tool_.kind == ToolKind::cksum || together ? Form::tagged : Form::untagged;

@@ -11,7 +11,8 @@
 
 namespace sum {
 
-// A command line that makes no sense. The message is said, then how to get help, and the status is 1.
+// A command line that makes no sense. The message is said, then how to get help, and the status is
+// 1.
 class UsageError : public std::runtime_error {
   public:
     enum class Advice { help, none };
@@ -31,8 +32,8 @@ struct Instead {
     Page page;
 };
 
-// What the arguments, without the program's name, ask for. Options and names may be mixed, long options shortened; "--"
-// ends the options. Throws UsageError, Instead, and OutputError.
+// What the arguments, without the program's name, ask for. Options and names may be mixed, long
+// options shortened; "--" ends the options. Throws UsageError, Instead, and OutputError.
 Options ReadCommandLine(const Tool& tool, std::span<const std::string> arguments);
 
 } // namespace sum

@@ -9,7 +9,8 @@
 
 namespace sum {
 
-// Whether a line must begin with a backslash because its name is escaped, and the name with "\\", "\n" and "\r".
+// Whether a line must begin with a backslash because its name is escaped, and the name with "\\",
+// "\n" and "\r".
 bool NeedsEscape(std::string_view name);
 std::string Escaped(std::string_view name);
 

@@ -19,7 +19,8 @@ struct FileResult {
     std::vector<std::vector<std::byte>> digests; // one for each function, in their order; none after an error
 };
 
-// Functions that are computed together. Shared by jobs, since long lists name the same few again and again.
+// Functions that are computed together. Shared by jobs, since long lists name the same few again
+// and again.
 using FunctionSet = std::shared_ptr<const std::vector<FunctionChoice>>;
 
 // Follows the reading of files. Called between reads, by the thread that reads.
@@ -40,7 +41,8 @@ class FileHasher {
     FileHasher& operator=(const FileHasher&) = delete;
     ~FileHasher();
 
-    // Reads the file, "-" for standard input, to its end. A directory gives EISDIR. Throws std::bad_alloc.
+    // Reads the file, "-" for standard input, to its end. A directory gives EISDIR. Throws
+    // std::bad_alloc.
     FileResult Hash(const Name& name, const FunctionSet& functions);
 
     // The same for a file that is called "-" like standard input, or any other.

@@ -72,23 +72,22 @@ void FunctionRequest::Add(std::string_view names) {
 }
 
 void FunctionRequest::AddName(std::string_view name) {
-    if (tool_.kind == ToolKind::cksum) {
-        if (std::find(std::begin(cksumNames), std::end(cksumNames), name) != std::end(cksumNames)) {
-            names_.assign(1, std::string(name)); // the last one counts
-            return;
-        }
-    } else if (IsFamily(Plain(name)) || fyrn::Function::Find(name)) {
+    const auto* const end = std::end(cksumNames);
+    if (tool_.kind == ToolKind::fyrnsum && (IsFamily(Plain(name)) || fyrn::Function::Find(name)))
         names_.push_back(IsFamily(Plain(name)) ? Plain(name) : std::string(name));
-        return;
-    }
+    else if (tool_.kind != ToolKind::fyrnsum && std::find(std::begin(cksumNames), end, name) != end)
+        names_.assign(1, std::string(name)); // the last one counts
+    else
+        FailForName(name);
+}
+
+void FunctionRequest::FailForName(std::string_view name) const {
     std::string message = "invalid argument " + QuotedPlain(name) + " for '--algorithm'";
-    if (tool_.kind == ToolKind::cksum) {
-        message += "\nValid arguments are:";
-        for (const std::string_view valid : cksumNames)
-            message += "\n  - '" + std::string(valid) + "'";
-    } else {
-        message += "\nTry 'fyrnsum --list-functions' for the valid ones.";
-    }
+    if (tool_.kind == ToolKind::fyrnsum)
+        throw UsageError(message + "\nTry 'fyrnsum --list-functions' for the valid ones.");
+    message += "\nValid arguments are:";
+    for (const std::string_view valid : cksumNames)
+        message += "\n  - '" + std::string(valid) + "'";
     throw UsageError(message);
 }
 

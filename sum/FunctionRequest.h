@@ -24,8 +24,9 @@ class FunctionRequest {
     // The argument of --length.
     void SetLength(const std::string& text);
 
-    // The functions in the order asked for, each once; those of the tool's default when none was named. With `anyLength`,
-    // as for a check, a family without a length stands for all of its functions.
+    // The functions in the order asked for, each once; those of the tool's default when none was
+    // named. With `anyLength`, as for a check, a family without a length stands for all of its
+    // functions.
     std::vector<FunctionChoice> Resolve(bool anyLength) const;
 
     bool IsGiven() const { return !names_.empty(); }
@@ -33,6 +34,7 @@ class FunctionRequest {
 
   private:
     void AddName(std::string_view name);
+    [[noreturn]] void FailForName(std::string_view name) const;
     std::vector<FunctionChoice> Family(std::string_view name, bool anyLength) const;
     std::vector<FunctionChoice> Choices(const std::string& name, bool anyLength) const;
     FunctionChoice Sized(fyrn::Function function) const;

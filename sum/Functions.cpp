@@ -102,7 +102,8 @@ std::optional<FunctionChoice> ChoiceOfTag(std::string_view tag, std::size_t dige
     }
     if (function->DigestSize() == digestBytes)
         return ChoiceOf(*function);
-    // Other tools write SHAKE128 whatever the length is; BLAKE2b alone is that of 512 bits everywhere.
+    // Other tools write SHAKE128 whatever the length is; BLAKE2b alone is that of 512 bits
+    // everywhere.
     const bool lengthUntold = TakesLength(*function) && function->Tag() != "BLAKE2b";
     return lengthUntold ? ChoiceOf(*function, digestBytes * 8) : std::nullopt;
 }

@@ -34,12 +34,14 @@ bool TakesLength(fyrn::Function function);
 // The function with the digest that it has by itself.
 FunctionChoice ChoiceOf(fyrn::Function function);
 
-// The same with a digest of `bits`; nothing when it has none of that length. What has one length takes only that.
+// The same with a digest of `bits`; nothing when it has none of that length. What has one length
+// takes only that.
 std::optional<FunctionChoice> ChoiceOf(fyrn::Function function, std::size_t bits);
 
-// The function that a tag of a list names, its length included: "SHA256", "BLAKE2b-256", "SHA3-512", "SHA2-256(x)"'s
-// "SHA2-256". A tag without a length ("BLAKE2b", "SHAKE128") takes that of the digest beside it, given in bytes.
-// Nothing when there is no such function, or when it has no digest of that length.
+// The function that a tag of a list names, its length included: "SHA256", "BLAKE2b-256",
+// "SHA3-512", "SHA2-256(x)"'s "SHA2-256". A tag without a length ("BLAKE2b", "SHAKE128") takes that
+// of the digest beside it, given in bytes. Nothing when there is no such function, or when it has
+// no digest of that length.
 std::optional<FunctionChoice> ChoiceOfTag(std::string_view tag, std::size_t digestBytes);
 
 // Every function with a digest of that many bytes, those that lists have most often first.

@@ -25,7 +25,8 @@ std::uint32_t TakeSetMember(std::string_view& glob) {
     return TakeCode(glob);
 }
 
-// Reads "a-z]" with the set's opening taken; nothing when it is never closed. A "]" that comes first is a member.
+// Reads "a-z]" with the set's opening taken; nothing when it is never closed. A "]" that comes
+// first is a member.
 std::optional<bool> TakeSet(std::string_view& glob, std::uint32_t code) {
     const bool negated = !glob.empty() && (glob.front() == '!' || glob.front() == '^');
     if (negated)
@@ -47,7 +48,8 @@ std::optional<bool> TakeSet(std::string_view& glob, std::uint32_t code) {
     return std::nullopt;
 }
 
-// Takes one element of the pattern that is no "*" and one character of the text, and tells whether they match.
+// Takes one element of the pattern that is no "*" and one character of the text, and tells whether
+// they match.
 bool TakeOne(std::string_view& glob, std::string_view& text) {
     const std::uint32_t code = TakeCode(text);
     if (glob.front() == '?') {
@@ -67,7 +69,8 @@ bool TakeOne(std::string_view& glob, std::string_view& text) {
 
 } // namespace
 
-// After a mismatch only the last "*" needs to take one more character: what an earlier one takes more can be left to it.
+// After a mismatch only the last "*" needs to take one more character: what an earlier one takes
+// more can be left to it.
 bool MatchesGlob(std::string_view glob, std::string_view text) {
     std::optional<std::string_view> globAfterStar;
     std::string_view textAfterStar;

@@ -8,7 +8,8 @@
 
 namespace sum {
 
-// Hashes many files and tells of each in the order in which they were added, from the thread that adds them.
+// Hashes many files and tells of each in the order in which they were added, from the thread that
+// adds them.
 class HashQueue {
   public:
     using Done = std::function<void(const FileResult&)>;
@@ -18,7 +19,8 @@ class HashQueue {
     HashQueue& operator=(const HashQueue&) = delete;
     ~HashQueue(); // drops what is not done yet
 
-    // Takes a file in; may call what is done, this one included. What `done` throws comes out here or in Finish.
+    // Takes a file in; may call what is done, this one included. What `done` throws comes out here
+    // or in Finish.
     void Add(Name name, FunctionSet functions, Done done);
 
     // Takes in what is no file but has its place in the order.

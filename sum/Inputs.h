@@ -6,8 +6,8 @@
 
 namespace sum {
 
-// Tells the sink of all files to be hashed, in order: operands or the names in a file, and with --recursive what is below
-// those that are directories. `ownFiles` are those that this run writes.
+// Tells the sink of all files to be hashed, in order: operands or the names in a file, and with
+// --recursive what is below those that are directories. `ownFiles` are those that this run writes.
 void ForEachInput(const Options& options, const std::vector<platform::FileIdentity>& ownFiles,
                   InputSink& sink);
 

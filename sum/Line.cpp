@@ -41,7 +41,8 @@ std::string UpperHex(const std::vector<std::byte>& digest) {
     return text;
 }
 
-// Forms without escapes cannot hold a line end, and SFV takes a line that begins with a semicolon for a comment.
+// Forms without escapes cannot hold a line end, and SFV takes a line that begins with a semicolon
+// for a comment.
 bool CanHold(Form form, const Name& name) {
     if (form == Form::sfv && (name.starts_with(';') || name.find('\r') != Name::npos))
         return false;

@@ -19,8 +19,9 @@ class LineWriter {
     // What stands before all lines; mostly nothing.
     std::string Header() const;
 
-    // Appends the line or lines of a file. With no name, the oldest checksums stand alone. False, with nothing appended,
-    // when the form has no way to write the name. `first` is the place of this writer's first digest in the result.
+    // Appends the line or lines of a file. With no name, the oldest checksums stand alone. False,
+    // with nothing appended, when the form has no way to write the name. `first` is the place of
+    // this writer's first digest in the result.
     bool Append(std::string& lines, const Name* name, const FileResult& result, std::size_t first) const;
 
   private:

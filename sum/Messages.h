@@ -13,7 +13,8 @@ namespace sum {
 void SetProgramName(std::string_view name);
 const std::string& ProgramName();
 
-// Writes "fyrnsum: TEXT" and a line end to standard error, in one piece and after what standard output holds back.
+// Writes "fyrnsum: TEXT" and a line end to standard error, in one piece and after what standard
+// output holds back.
 void Say(std::string_view text);
 
 // The same without a look at standard output: for what went wrong with that.
@@ -28,8 +29,9 @@ void SayError(const Name& name, int error);
 // The text of an errno, in English whatever the locale.
 std::string ErrorText(int error);
 
-// The name as a POSIX shell takes it: as it is, or quoted when anything in it is unusual. Control characters, bytes
-// that are no UTF-8 and characters that hide or turn text come out as escapes ('a'$'\n''b').
+// The name as a POSIX shell takes it: as it is, or quoted when anything in it is unusual. Control
+// characters, bytes that are no UTF-8 and characters that hide or turn text come out as escapes
+// ('a'$'\n''b').
 std::string Quoted(std::string_view name);       // also when it holds ':' or nothing, as in "NAME: reason"
 std::string QuotedAlways(std::string_view name); // in quotes in any case
 std::string QuotedPlain(std::string_view text);  // 'text', with C escapes: an option's argument in a sentence

@@ -17,7 +17,8 @@ enum class Form { untagged, tagged, json, sfv, hashdeep, bagit };
 enum class Encoding { hex, base64, raw };
 enum class Watch { automatic, always, never };
 
-// Of --status, --quiet and --warn, --status and --warn undo each other and --quiet, as in GNU's tools.
+// Of --status, --quiet and --warn, --status and --warn undo each other and --quiet, as in GNU's
+// tools.
 struct CheckOptions {
     bool ignoreMissing = false;
     bool quiet = false;  // no "OK"
@@ -26,7 +27,8 @@ struct CheckOptions {
     bool warn = false;   // each malformed line is told
 };
 
-// Which entries of a walk count, in the order of the command line: the last rule that matches decides.
+// Which entries of a walk count, in the order of the command line: the last rule that matches
+// decides.
 struct PathRule {
     std::string glob;
     bool include = false;

@@ -27,8 +27,9 @@ class LineSink {
     virtual void Write(std::string_view lines) = 0;
 };
 
-// Standard output. Lines are held back for a short time and written in pieces that end with a line, each in one call and
-// not longer than a pipe takes whole, so that the lines of parallel runs do not mix.
+// Standard output. Lines are held back for a short time and written in pieces that end with a line,
+// each in one call and not longer than a pipe takes whole, so that the lines of parallel runs do
+// not mix.
 class StandardOutput : public LineSink {
   public:
     void Write(std::string_view lines) override;

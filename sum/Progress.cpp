@@ -17,7 +17,8 @@ using std::chrono::milliseconds;
 constexpr milliseconds silence{2000}; // a run that ends sooner shows nothing
 constexpr milliseconds interval{100};
 
-// Looking at the clock takes longer than hashing a few bytes, so it waits for this many. A file counts as some more.
+// Looking at the clock takes longer than hashing a few bytes, so it waits for this many. A file
+// counts as some more.
 constexpr std::size_t bytesPerLook = 256 * 1024;
 constexpr std::size_t extraPerFile = 16 * 1024;
 

@@ -35,33 +35,40 @@ void AppendEscape(std::string& text, unsigned char byte) {
         AppendOctal(text, byte);
 }
 
+void AppendBytes(std::string& text, std::string_view bytes, bool escaping) {
+    if (!escaping) {
+        text += bytes;
+        return;
+    }
+    for (const char byte : bytes)
+        AppendEscape(text, static_cast<unsigned char>(byte));
+}
+
 // Single quotes, with $'...' for what cannot be shown and \' for the quote itself.
 std::string InSingleQuotes(std::string_view name) {
     std::string text = "'";
     bool escaping = false;
     while (!name.empty()) {
         const Character character = FirstCharacter(name);
-        if (character.showable != !escaping) {
-            text += escaping ? "''" : "'$'";
-            escaping = !escaping;
-        }
-        for (const char byte : name.substr(0, character.length)) {
-            if (escaping)
-                AppendEscape(text, static_cast<unsigned char>(byte));
-            else if (byte == '\'')
-                text += "'\\''";
-            else
-                text += byte;
+        if (name.front() == '\'') {
+            text += "'\\''";
+            escaping = false;
+        } else {
+            if (character.showable == escaping)
+                text += escaping ? "''" : "'$'";
+            escaping = !character.showable;
+            AppendBytes(text, name.substr(0, character.length), escaping);
         }
         name.remove_prefix(character.length);
     }
     return text += "'";
 }
 
-// A name with single quotes in it is easier to read in double quotes, which need that nothing else is special in them.
+// A name with single quotes in it is easier to read in double quotes, where no other character asks
+// for quotes.
 bool FitsDoubleQuotes(std::string_view name) {
     return name.find('\'') != std::string_view::npos &&
-           name.find_first_of("\"$`\\!\t\n\r") == std::string_view::npos && IsShowable(name);
+           name.find_first_of("!\"#$&()*;<=>?[\\^`{|}~\t\n\r") == std::string_view::npos && IsShowable(name);
 }
 
 } // namespace

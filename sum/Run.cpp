@@ -24,6 +24,8 @@ std::string PageText(Instead::Page page, const Tool& tool) {
 int RunWith(const Options& options) {
     if (options.debug)
         Say(DebugText(options));
+    if (options.check)
+        throw UsageError("lists cannot be checked yet", UsageError::Advice::none);
     const int status = Print(options);
     Out().Flush();
     return status;

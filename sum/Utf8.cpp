@@ -10,8 +10,8 @@ struct Range {
     std::uint32_t last;
 };
 
-// Control characters, marks of direction, line and paragraph separators, characters without width, tags, and what is no
-// character at all.
+// Control characters, marks of direction, line and paragraph separators, characters without width,
+// tags, and what is no character at all.
 constexpr Range notShown[] = {
     {0, 0x1f},        {0x7f, 0x9f},       {0xad, 0xad},       {0x61c, 0x61c},
     {0x180e, 0x180e}, {0x200b, 0x200f},   {0x2028, 0x202e},   {0x2060, 0x206f},

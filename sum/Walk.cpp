@@ -11,8 +11,9 @@ namespace sum {
 
 using platform::EntryKind;
 
-// A directory as it is read: all names in one text, so that a million of them are a few allocations. They are sorted as
-// their paths would be, in which the name of a directory is followed by a slash.
+// A directory as it is read: all names in one text, so that a million of them are a few
+// allocations. They are sorted as their paths would be, in which the name of a directory is
+// followed by a slash.
 struct Walk::Entries {
     struct Entry {
         std::size_t begin;

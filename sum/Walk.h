@@ -21,8 +21,9 @@ class InputSink {
     virtual void Trouble(const Name& name, const std::string& reason) = 0; // cannot be looked at or entered
 };
 
-// Walks one tree after the other. Of the paths of each the order is that of their bytes. Links are passed over unless they
-// are to be followed; pipes, sockets and devices always, and so are the files that this run writes.
+// Walks one tree after the other. Of the paths of each the order is that of their bytes. Links are
+// passed over unless they are to be followed; pipes, sockets and devices always, and so are the
+// files that this run writes.
 class Walk {
   public:
     Walk(const Options& options, std::vector<platform::FileIdentity> ownFiles, InputSink& sink)
