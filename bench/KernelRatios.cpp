@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // usage: fyrn_bench_ratios [ROUNDS [ALGORITHM...]]
-// Prints for every kernel that this machine can run how many times as fast as the portable one it is, and its MB/s.
+// Prints for every kernel that this machine can run how many times as fast as the portable one it is, its MB/s,
+// and whether it is in use.
 // The kernels of an algorithm take turns of a fraction of a millisecond, and the best turn of each counts: so another
 // program on the same core, and a clock that changes, meet all of them and are left out.
 #include "bench/KernelRuns.h"
@@ -37,8 +38,8 @@ std::vector<double> BestTurns(const bench::KernelRun* first, std::size_t count, 
 void Report(const bench::KernelRun* first, std::size_t count, int rounds) {
     const std::vector<double> best = BestTurns(first, count, rounds);
     for (std::size_t i = 0; i < count; ++i)
-        std::printf("%-12s %-10s %6.2f %8.0f\n", first[i].algorithm.c_str(), first[i].kernel.c_str(),
-                    best.back() / best[i], messageSize / best[i] / 1e6);
+        std::printf("%-12s %-10s %6.2f %8.0f%s\n", first[i].algorithm.c_str(), first[i].kernel.c_str(),
+                    best.back() / best[i], messageSize / best[i] / 1e6, first[i].inUse ? "  in use" : "");
     std::fflush(stdout);
 }
 

@@ -3,17 +3,30 @@
 
 #include "hash/kernels/KernelSelect.h"
 
+#include <type_traits>
+
 namespace bench {
 namespace {
 
 using Bytes = const std::uint8_t*;
+
+// Whether a kernel is one of those chosen on this machine.
+template <class Function>
+bool IsInUse(Function* kernel) {
+    bool found = false;
+    fyrn::kernels::ForEachAlgorithm([&](const char*, auto member) {
+        if constexpr (std::is_same_v<decltype(member(fyrn::kernels::Kernels())), Function* const&>)
+            found = found || member(fyrn::kernels::Kernels()) == kernel;
+    });
+    return found;
+}
 
 // Adds every candidate that this machine can run; run(kernel, bytes, count) hashes a message with one of them.
 template <class Candidates, class Run>
 void Add(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates, Run run) {
     for (const auto& candidate : candidates)
         if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) == 0)
-            runs.push_back({algorithm, candidate.name,
+            runs.push_back({algorithm, candidate.name, IsInUse(candidate.function),
                             [run, kernel = candidate.function](Bytes bytes, std::size_t count) {
                                 run(kernel, bytes, count);
                             }});

@@ -13,6 +13,7 @@ namespace bench {
 struct KernelRun {
     std::string algorithm;
     std::string kernel;
+    bool inUse; // chosen on this machine
     std::function<void(const std::uint8_t* bytes, std::size_t count)>
         hash; // takes up to longestMessage bytes
 };

@@ -72,8 +72,8 @@ void Report(const Algorithm& algorithm, int rounds) {
     for (std::size_t i = 0; i + 1 < best.size(); ++i) {
         const Run& run = algorithm.runs[i];
         const double turns = best[i] / best.back(); // of the kernel for one message, in the same time
-        std::printf("%-12s %-10s %3zu %6.2f %8.0f   pays from %zu\n", algorithm.name.c_str(), run.kernel.c_str(),
-                    run.lanes, static_cast<double>(run.lanes) / turns,
+        std::printf("%-12s %-10s %3zu %6.2f %8.0f   pays from %zu\n", algorithm.name.c_str(),
+                    run.kernel.c_str(), run.lanes, static_cast<double>(run.lanes) / turns,
                     static_cast<double>(run.lanes * messageSize) / best[i] / 1e6,
                     static_cast<std::size_t>(turns) + 1);
     }
@@ -86,10 +86,10 @@ Algorithm Make(const char* name, Candidates candidates, Kernel* kernel, Single s
     Algorithm algorithm{name, {}};
     for (const auto& candidate : candidates)
         if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) == 0)
-            algorithm.runs.push_back(
-                {candidate.name, candidate.lanes, [lanes, candidate](const Bytes messages[], std::size_t size) {
-                     lanes(candidate.function, messages, size);
-                 }});
+            algorithm.runs.push_back({candidate.name, candidate.lanes,
+                                      [lanes, candidate](const Bytes messages[], std::size_t size) {
+                                          lanes(candidate.function, messages, size);
+                                      }});
     algorithm.runs.push_back({"single", 1, [single, kernel](const Bytes messages[], std::size_t size) {
                                   single(kernel, messages[0], size);
                               }});

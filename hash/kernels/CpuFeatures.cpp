@@ -34,10 +34,19 @@ CpuFeatures DetectCpuFeatures() {
            When(__builtin_cpu_supports("vpclmulqdq"), cpu::vpclmul);
 }
 
+CpuMaker DetectMaker() {
+    __builtin_cpu_init();
+    return __builtin_cpu_is("amd") ? CpuMaker::amd : CpuMaker::other;
+}
+
 #else
 
 CpuFeatures DetectCpuFeatures() {
     return cpu::none;
+}
+
+CpuMaker DetectMaker() {
+    return CpuMaker::other;
 }
 
 #endif
@@ -47,6 +56,10 @@ CpuFeatures DetectCpuFeatures() {
 CpuFeatures AvailableCpuFeatures() {
     static const CpuFeatures found = DetectCpuFeatures();
     return found & allowedFeatures;
+}
+
+CpuMaker ProcessorMaker() {
+    return DetectMaker();
 }
 
 void LimitCpuFeatures(CpuFeatures allowed) {

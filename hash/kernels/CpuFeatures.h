@@ -25,6 +25,12 @@ inline constexpr CpuFeatures all = ~CpuFeatures{0};
 // The features that kernels may use: those found, less those taken away by LimitCpuFeatures.
 CpuFeatures AvailableCpuFeatures();
 
+// Who made the processor, as far as it decides which of two kernels is the faster one.
+enum class CpuMaker { any, amd, other };
+
+// Never any.
+CpuMaker ProcessorMaker();
+
 // Takes away every feature outside `allowed`. For tests and
 // benchmarks; works only before the first kernel is chosen.
 void LimitCpuFeatures(CpuFeatures allowed);

@@ -8,8 +8,12 @@
 namespace fyrn::kernels {
 namespace {
 
+// Rotations and ternary logic of AVX-512 make short chains on Intel's processors. On AMD's the chains through vectors
+// are longer than those of the kernel behind it (Zen 4: MD4 0.68 times as fast, MD5 0.77, Keccak 0.95, BLAKE2b 0.97).
+// BEXTR, which the Tiger kernel uses, is one operation on AMD's processors and two on Intel's.
+
 constexpr Candidate<Blake2bCompress> blake2b[] = {
-    {"avx512", cpu::avx512, X86(Blake2b_Compress_X86Avx512)},
+    {"avx512", cpu::avx512, X86(Blake2b_Compress_X86Avx512), CpuMaker::other},
     {"avx2", cpu::avx2, X86(Blake2b_Compress_X86Avx2)},
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
@@ -22,18 +26,18 @@ constexpr Candidate<CrcBytes> crc[] = {
 };
 
 constexpr Candidate<KeccakBlocks> keccak[] = {
-    {"avx512", cpu::avx512, X86(Keccak_Blocks_X86Avx512)},
+    {"avx512", cpu::avx512, X86(Keccak_Blocks_X86Avx512), CpuMaker::other},
     {"bmi", cpu::bmi, X86(Keccak_Blocks_X86Bmi)},
     {"portable", cpu::none, Keccak_Blocks_Portable},
 };
 
 constexpr Candidate<Md4Blocks> md4[] = {
-    {"avx512", cpu::avx512, X86(Md4_Blocks_X86Avx512)},
+    {"avx512", cpu::avx512, X86(Md4_Blocks_X86Avx512), CpuMaker::other},
     {"portable", cpu::none, Md4_Blocks_Portable},
 };
 
 constexpr Candidate<Md5Blocks> md5[] = {
-    {"avx512", cpu::avx512, X86(Md5_Blocks_X86Avx512)},
+    {"avx512", cpu::avx512, X86(Md5_Blocks_X86Avx512), CpuMaker::other},
     {"portable", cpu::none, Md5_Blocks_Portable},
 };
 
@@ -82,7 +86,7 @@ constexpr Candidate<Sm3Blocks> sm3[] = {
 };
 
 constexpr Candidate<TigerBlocks> tiger[] = {
-    {"bmi", cpu::bmi, X86(Tiger_Blocks_X86Bmi)},
+    {"bmi", cpu::bmi, X86(Tiger_Blocks_X86Bmi), CpuMaker::amd},
     {"portable", cpu::none, Tiger_Blocks_Portable},
 };
 
@@ -112,16 +116,13 @@ constexpr CandidateTable candidates = {
 };
 
 template <class Function>
-Function* Best(Candidates<Function> all) {
-    const CpuFeatures available = AvailableCpuFeatures();
-    const auto canRun = [available](const auto& candidate) { return (candidate.needs & ~available) == 0; };
-    return std::find_if(all.begin(), all.end(), canRun)->function;
-}
-
-KernelSet Choose() {
-    KernelSet chosen{};
-    ForEachAlgorithm([&chosen](const char*, auto member) { member(chosen) = Best(member(candidates)); });
-    return chosen;
+Function* Best(Candidates<Function> all, CpuFeatures available, CpuMaker maker) {
+    return std::find_if(all.begin(), all.end(),
+                        [=](const auto& candidate) {
+                            const bool canRun = (candidate.needs & ~available) == 0;
+                            return canRun && (candidate.fastOn == CpuMaker::any || candidate.fastOn == maker);
+                        })
+        ->function;
 }
 
 } // namespace
@@ -130,8 +131,15 @@ const CandidateTable& KernelCandidates() {
     return candidates;
 }
 
+KernelSet KernelsFor(CpuFeatures available, CpuMaker maker) {
+    KernelSet chosen{};
+    ForEachAlgorithm(
+        [&](const char*, auto member) { member(chosen) = Best(member(candidates), available, maker); });
+    return chosen;
+}
+
 const KernelSet& Kernels() {
-    static const KernelSet chosen = Choose();
+    static const KernelSet chosen = KernelsFor(AvailableCpuFeatures(), ProcessorMaker());
     return chosen;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The kernels in use: for every algorithm the first of its candidates that this machine can run.
+// The kernels in use: for every algorithm the first of its candidates that this machine can run, and that is not
+// known to be slow on it.
 #pragma once
 
 #include "hash/kernels/Blake2b.h"
@@ -28,6 +29,7 @@ struct Candidate {
     const char* name;
     CpuFeatures needs;
     Function* function;
+    CpuMaker fastOn = CpuMaker::any; // whose processors it is faster on than the next one
 };
 
 // A member for every algorithm.
@@ -100,7 +102,10 @@ template <class Function>
 using Chosen = Function*;
 using KernelSet = PerAlgorithm<Chosen>;
 
-// Chosen once, at first use.
+// What is chosen on such a processor.
+KernelSet KernelsFor(CpuFeatures available, CpuMaker maker);
+
+// Chosen once, at first use, for this processor.
 const KernelSet& Kernels();
 
 } // namespace fyrn::kernels

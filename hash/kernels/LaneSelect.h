@@ -22,8 +22,9 @@ struct LaneCandidate {
     CpuFeatures needs;
     Function* function;
     std::size_t lanes;
-    std::size_t pays; // the least number of messages that it compresses faster than the kernels behind it, and those
-                      // for one message, which such processors have
+    std::size_t
+        pays; // the least number of messages that it compresses faster than the kernels behind it, and those
+              // for one message, which such processors have
 };
 
 // A member for every algorithm that has lane kernels.
@@ -36,7 +37,8 @@ struct PerLaneAlgorithm {
 // PerAlgorithm (KernelSelect.h).
 template <class Visit>
 void ForEachLaneAlgorithm(Visit visit) {
-    visit("Md5", [](auto& of) -> auto& { return of.md5; });
+    visit(
+        "Md5", [](auto& of) -> auto& { return of.md5; });
 }
 
 template <class Function>

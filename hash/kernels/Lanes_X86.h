@@ -129,7 +129,8 @@ ISA_LANES ALWAYS_INLINE void StoreFour(std::uint32_t* const states[], std::size_
 }
 
 // The part of a line of 64 bytes that comes from one message of every four.
-ISA_LANES ALWAYS_INLINE void LoadLinePart(const std::uint8_t* const messages[], std::size_t offset, Words32* w) {
+ISA_LANES ALWAYS_INLINE void LoadLinePart(const std::uint8_t* const messages[], std::size_t offset,
+                                          Words32* w) {
     w[0].all = LoadPieces<4>(messages, offset);
     w[4].all = LoadPieces<4>(messages, offset + 16);
     w[8].all = LoadPieces<4>(messages, offset + 32);
@@ -138,7 +139,8 @@ ISA_LANES ALWAYS_INLINE void LoadLinePart(const std::uint8_t* const messages[], 
 
 // The 16 words of a line of 64 bytes in each message. A message's line is done with before the next one's: those of
 // many messages may have one place in the first-level cache, which has not room for all.
-ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std::size_t offset, Words32 w[16]) {
+ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std::size_t offset,
+                                      Words32 w[16]) {
     LoadLinePart(messages, offset, w);
     LoadLinePart(messages + 1, offset, w + 1);
     LoadLinePart(messages + 2, offset, w + 2);
@@ -150,7 +152,8 @@ ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std:
 }
 
 template <class Half>
-ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std::size_t offset, Pair<Half> w[16]) {
+ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std::size_t offset,
+                                      Pair<Half> w[16]) {
     Half first[16];
     Half second[16];
     LoadLine(messages, offset, first);

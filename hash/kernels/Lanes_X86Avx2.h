@@ -101,9 +101,8 @@ ISA_LANES ALWAYS_INLINE Words<T> ShiftLeft(Words<T> x) {
 template <class T>
 ISA_LANES ALWAYS_INLINE Words<T> ShuffleBytes(Words<T> x, std::uint64_t order) {
     const std::uint64_t second = order + 0x0808080808080808;
-    return {_mm256_shuffle_epi8(x.all,
-                                _mm256_broadcastsi128_si256(_mm_set_epi64x(static_cast<long long>(second),
-                                                                           static_cast<long long>(order))))};
+    return {_mm256_shuffle_epi8(x.all, _mm256_broadcastsi128_si256(_mm_set_epi64x(
+                                           static_cast<long long>(second), static_cast<long long>(order))))};
 }
 
 // Whole bytes are moved by a shuffle.

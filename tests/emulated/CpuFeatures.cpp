@@ -9,4 +9,8 @@ CpuFeatures AvailableCpuFeatures() {
     return cpu::pclmul | cpu::avx512 | cpu::avx512vbmi | cpu::gfni | cpu::vpclmul;
 }
 
+CpuMaker ProcessorMaker() {
+    return CpuMaker::other;
+}
+
 } // namespace fyrn::kernels

@@ -65,8 +65,10 @@ class LaneCase {
 
     // Runs the candidate over messages wherever they are, with the states in a row, and compares every lane.
     template <class Candidate>
-    void Expect(const Candidate& candidate, const std::uint8_t* const blocks[], const std::string& which) const {
-        std::vector<State> states(starts_.begin(), starts_.begin() + static_cast<std::ptrdiff_t>(candidate.lanes));
+    void Expect(const Candidate& candidate, const std::uint8_t* const blocks[],
+                const std::string& which) const {
+        std::vector<State> states(starts_.begin(),
+                                  starts_.begin() + static_cast<std::ptrdiff_t>(candidate.lanes));
         std::vector<State*> pointers;
         for (State& state : states)
             pointers.push_back(&state);
