@@ -88,6 +88,17 @@ std::vector<KernelRun> KernelRuns() {
             fyrn::kernels::Blake2bState state{};
             kernel(state, bytes, count / 128, 128);
         });
+    Add(runs, "Blake3", fyrn::kernels::KernelCandidates().blake3,
+        [](auto* kernel, Bytes bytes, std::size_t count) {
+            std::uint32_t words[16] = {};
+            for (std::size_t at = 0; at + 64 <= count; at += 64)
+                kernel(words, words, bytes + at, 64, 0, 0);
+        });
+    Add(runs, "Blake3Nodes", fyrn::kernels::KernelCandidates().blake3Nodes,
+        [](auto* kernel, Bytes bytes, std::size_t count) {
+            static std::uint8_t values[longestMessage / 32];
+            kernel(values, bytes, count / 1024, fyrn::kernels::Blake3Level::chunks, 0);
+        });
     Add(runs, "Crc", fyrn::kernels::KernelCandidates().crc, [](auto* kernel, Bytes bytes, std::size_t count) {
         static const fyrn::kernels::CrcTables tables = MakeCrcTables();
         kernel(tables, 0, bytes, count);

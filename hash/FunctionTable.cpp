@@ -2,6 +2,7 @@
 #include "hash/FunctionTable.h"
 
 #include "hash/Blake2bStream.h"
+#include "hash/Blake3Stream.h"
 #include "hash/BlockAlgorithms.h"
 #include "hash/BlockStream.h"
 #include "hash/CrcStream.h"
@@ -34,6 +35,9 @@ constexpr fyrn_function Blake2bRow(std::size_t bits, const char* name, const cha
     return {name,        tag, aliases, bits / 8, Blake2bStream::blockSize, 1, Blake2bStream::maxDigestSize,
             &blake2bType};
 }
+
+constexpr StreamType blake3Type = MakeStreamType<Blake3Stream>(
+    [](void* memory, std::size_t digestSize) { new (memory) Blake3Stream(digestSize); });
 
 template <std::size_t rate, std::uint8_t padding>
 constexpr StreamType keccakType = MakeStreamType<KeccakStream>([](void* memory, std::size_t digestSize) {
@@ -129,6 +133,7 @@ constexpr fyrn_function functions[] = {
     Row<SysvSumStream>("SUM-SYSV", "SYSV", ""),
     BlockRow<Sm3>("SM3", "SM3", ""),
     BlockRow<Ripemd160>("RIPEMD-160", "RMD160", "ripemd"),
+    {"BLAKE3", "BLAKE3", "b3", 32, Blake3Stream::blockSize, 1, SIZE_MAX, &blake3Type},
 };
 
 // The next character of a name that counts, in lower case; 0 at the end.

@@ -18,6 +18,16 @@ constexpr Candidate<Blake2bCompress> blake2b[] = {
     {"portable", cpu::none, Blake2b_Compress_Portable},
 };
 
+constexpr Candidate<Blake3Compress> blake3[] = {
+    {"portable", cpu::none, Blake3_Compress_Portable},
+};
+
+constexpr Candidate<Blake3Nodes> blake3Nodes[] = {
+    {"avx512", cpu::avx512, X86(Blake3_Nodes_X86Avx512)},
+    {"avx2", cpu::avx2, X86(Blake3_Nodes_X86Avx2)},
+    {"portable", cpu::none, Blake3_Nodes_Portable},
+};
+
 constexpr Candidate<CrcBytes> crc[] = {
     {"avx512", cpu::avx512 | cpu::pclmul | cpu::vpclmul, X86(Crc_Bytes_X86Avx512)},
     {"vpclmul", cpu::avx2 | cpu::pclmul | cpu::vpclmul, X86(Crc_Bytes_X86Vpclmul)},
@@ -98,6 +108,8 @@ constexpr Candidate<WhirlpoolBlocks> whirlpool[] = {
 
 constexpr CandidateTable candidates = {
     .blake2b = blake2b,
+    .blake3 = blake3,
+    .blake3Nodes = blake3Nodes,
     .crc = crc,
     .keccak = keccak,
     .md4 = md4,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "hash/kernels/Blake2b.h"
+#include "hash/kernels/Blake3.h"
 #include "hash/kernels/CpuFeatures.h"
 #include "hash/kernels/Crc.h"
 #include "hash/kernels/Keccak.h"
@@ -36,6 +37,8 @@ struct Candidate {
 template <template <class Function> class Of>
 struct PerAlgorithm {
     Of<Blake2bCompress> blake2b;
+    Of<Blake3Compress> blake3;
+    Of<Blake3Nodes> blake3Nodes;
     Of<CrcBytes> crc;
     Of<KeccakBlocks> keccak;
     Of<Md4Blocks> md4;
@@ -58,6 +61,10 @@ template <class Visit>
 void ForEachAlgorithm(Visit visit) {
     visit(
         "Blake2b", [](auto& of) -> auto& { return of.blake2b; });
+    visit(
+        "Blake3", [](auto& of) -> auto& { return of.blake3; });
+    visit(
+        "Blake3Nodes", [](auto& of) -> auto& { return of.blake3Nodes; });
     visit(
         "Crc", [](auto& of) -> auto& { return of.crc; });
     visit(

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// BLAKE3's nodes side by side, with AVX2.
+#include "hash/kernels/Lanes_X86Avx2.h"
+
+#include "hash/kernels/Blake3_X86Lanes.h"
+
+namespace fyrn::kernels {
+
+ISA_LANES void Blake3_Nodes_X86Avx2(std::uint8_t* values, const std::uint8_t* nodes, std::size_t count,
+                                    Blake3Level level, std::uint64_t counter) {
+    CompressLevel(values, nodes, count, level, counter);
+}
+
+} // namespace fyrn::kernels
