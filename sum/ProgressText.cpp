@@ -39,7 +39,7 @@ std::string Figures(const Amount& done, const Amount& total, double seconds) {
     std::string text = "  " + std::to_string(done.files);
     if (total.files != 0)
         text += "/" + std::to_string(total.files);
-    text += total.files == 1 ? " file  " : " files  ";
+    text += std::max(done.files, total.files) == 1 ? " file  " : " files  ";
     text += BytesText(done.bytes);
     if (total.bytes != 0)
         text += " of " + BytesText(total.bytes);
