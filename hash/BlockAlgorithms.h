@@ -6,6 +6,7 @@
 
 #include "hash/KernelName.h"
 #include "hash/kernels/KernelSelect.h"
+#include "hash/kernels/LaneSelect.h"
 
 #include <bit>
 #include <cstddef>
@@ -34,6 +35,7 @@ struct Md5 : Md4 {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().md5, kernels::Kernels().md5);
     }
+    static auto Lanes() { return kernels::LaneKernels().md5; }
 };
 
 struct Sha1 {

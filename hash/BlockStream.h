@@ -46,6 +46,23 @@ class BlockStream {
 
     static const char* Kernel() { return Algorithm::Kernel(); }
 
+    // Update in steps (LaneScheduler.h).
+    using LaneState = Word;
+    static constexpr std::size_t laneStateSize = std::size(Algorithm::initialState);
+    static constexpr std::size_t BlockSize() { return blockSize; }
+    static constexpr std::size_t WholeBlocks(std::size_t count) { return count / blockSize; }
+    Word* State() { return state_; }
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
+    void Tail(const std::uint8_t* bytes, std::size_t count);
+    void Compressed(std::size_t blocks) { blocks_ += blocks; }
+    void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Compress(blocks, count); }
+    static auto Lanes() requires requires { Algorithm::Lanes(); }
+    { return Algorithm::Lanes(); }
+    static void CompressLanes(auto* kernel, Word* const states[], const std::uint8_t* const blocks[],
+                              std::size_t count) {
+        kernel(states, blocks, count);
+    }
+
   protected:
     void Compress(const std::uint8_t* blocks, std::size_t count);
     void Pad(std::uint64_t blocks, std::size_t fill);
@@ -74,24 +91,36 @@ void BlockStream<Algorithm>::Compress(const std::uint8_t* blocks, std::size_t co
     blocks_ += count;
 }
 
+// Completes the block in the buffer, as far as the bytes go.
 template <class Algorithm>
-void BlockStream<Algorithm>::Update(const std::uint8_t* bytes, std::size_t count) {
-    if (fill_ != 0) {
-        const std::size_t taken = std::min(count, blockSize - fill_);
-        std::copy_n(bytes, taken, buffer_ + fill_);
-        fill_ += taken;
-        if (fill_ != blockSize)
-            return;
+std::size_t BlockStream<Algorithm>::Head(const std::uint8_t* bytes, std::size_t count) {
+    if (fill_ == 0)
+        return 0;
+    const std::size_t taken = std::min(count, blockSize - fill_);
+    std::copy_n(bytes, taken, buffer_ + fill_);
+    fill_ += taken;
+    if (fill_ == blockSize) {
         Compress(buffer_, 1);
         fill_ = 0;
-        bytes += taken;
-        count -= taken;
     }
-    const std::size_t whole = count / blockSize;
+    return taken;
+}
+
+// Keeps less than a block. Nothing comes behind a head that took everything.
+template <class Algorithm>
+void BlockStream<Algorithm>::Tail(const std::uint8_t* bytes, std::size_t count) {
+    std::copy_n(bytes, count, buffer_ + fill_);
+    fill_ += count;
+}
+
+template <class Algorithm>
+void BlockStream<Algorithm>::Update(const std::uint8_t* bytes, std::size_t count) {
+    const std::size_t head = Head(bytes, count);
+    const std::size_t whole = WholeBlocks(count - head);
     if (whole != 0)
-        Compress(bytes, whole);
-    fill_ = count % blockSize;
-    std::copy_n(bytes + whole * blockSize, fill_, buffer_);
+        Compress(bytes + head, whole);
+    const std::size_t tail = head + whole * blockSize;
+    Tail(bytes + tail, count - tail);
 }
 
 template <class Algorithm>

@@ -5,6 +5,7 @@
 #include "hash/FunctionTable.h"
 #include "hash/Version.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <type_traits>
@@ -21,6 +22,7 @@ struct alignas(fyrn::hash::maxStreamAlignment) fyrn_hash {
 namespace {
 
 using fyrn::hash::AllFunctions;
+using fyrn::hash::maxLaneJobs;
 using fyrn::hash::maxStreamAlignment;
 
 std::size_t SizeOf(const fyrn_function* function) {
@@ -35,6 +37,37 @@ void* Allocate(const fyrn_function* function) {
 void Update(fyrn_hash* hash, const void* data, std::size_t size) {
     if (size != 0)
         hash->function->stream->update(hash->Stream(), static_cast<const std::uint8_t*>(data), size);
+}
+
+// Takes in the data of all hashes of the same kind as the first one that is left, and marks them as done.
+void UpdateGroup(std::size_t count, fyrn_hash* const hashes[], const void* const data[],
+                 const std::size_t sizes[], bool isDone[], std::size_t first) {
+    const fyrn::hash::StreamType* const type = hashes[first]->function->stream;
+    void* streams[maxLaneJobs];
+    const std::uint8_t* messages[maxLaneJobs];
+    std::size_t messageSizes[maxLaneJobs];
+    std::size_t found = 0;
+    for (std::size_t i = first; i < count; ++i) {
+        if (isDone[i] || hashes[i]->function->stream != type)
+            continue;
+        isDone[i] = true;
+        if (sizes[i] == 0)
+            continue;
+        streams[found] = hashes[i]->Stream();
+        messages[found] = static_cast<const std::uint8_t*>(data[i]);
+        messageSizes[found++] = sizes[i];
+    }
+    type->updateMany(streams, messages, messageSizes, found);
+}
+
+void UpdateGroups(std::size_t count, fyrn_hash* const hashes[], const void* const data[],
+                  const std::size_t sizes[]) {
+    bool isDone[maxLaneJobs] = {};
+    for (std::size_t i = 0; i < count; ++i)
+        if (hashes[i]->function->stream->updateMany == nullptr)
+            Update(hashes[i], data[i], sizes[i]);
+        else if (!isDone[i])
+            UpdateGroup(count, hashes, data, sizes, isDone, i);
 }
 
 } // namespace
@@ -121,8 +154,10 @@ void fyrn_hash_free(fyrn_hash* hash) {
 
 void fyrn_hash_update_many(size_t count, fyrn_hash* const hashes[], const void* const data[],
                            const size_t sizes[]) {
-    for (size_t i = 0; i < count; ++i)
-        Update(hashes[i], data[i], sizes[i]);
+    for (size_t first = 0; first < count; first += maxLaneJobs) {
+        const size_t piece = std::min(maxLaneJobs, count - first);
+        UpdateGroups(piece, hashes + first, data + first, sizes + first);
+    }
 }
 
 int fyrn_digest(const fyrn_function* function, const void* data, size_t size, unsigned char* digest) {

@@ -2,6 +2,8 @@
 // Every stream class in one form, so that a table can hold all functions.
 #pragma once
 
+#include "hash/LaneScheduler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -16,11 +18,28 @@ struct StreamType {
     void (*begin)(void* stream, std::size_t digestSize); // makes a stream and begins its first message
     void (*reset)(void* stream);
     void (*update)(void* stream, const std::uint8_t* bytes, std::size_t count);
+    // As update for each of up to maxLaneJobs streams; null when there is no kernel for many messages.
+    void (*updateMany)(void* const streams[], const std::uint8_t* const data[], const std::size_t sizes[],
+                       std::size_t count);
     void (*finish)(void* stream, std::uint8_t* digest);
     const char* (*kernel)(); // the name of the kernel in use
 };
 
 inline constexpr std::size_t maxStreamAlignment = 64;
+
+template <class Stream>
+constexpr auto UpdateManyOf() -> decltype(StreamType::updateMany) {
+    if constexpr (requires { Stream::Lanes(); })
+        return [](void* const streams[], const std::uint8_t* const data[], const std::size_t sizes[],
+                  std::size_t count) {
+            Stream* typed[maxLaneJobs];
+            for (std::size_t i = 0; i < count; ++i)
+                typed[i] = static_cast<Stream*>(streams[i]);
+            UpdateSideBySide(typed, data, sizes, count);
+        };
+    else
+        return nullptr;
+}
 
 // `make(memory, digestSize)` constructs the stream.
 template <class Stream, class Make>
@@ -32,6 +51,7 @@ constexpr StreamType MakeStreamType(Make make) {
         .reset = [](void* stream) { static_cast<Stream*>(stream)->Reset(); },
         .update = [](void* stream, const std::uint8_t* bytes,
                      std::size_t count) { static_cast<Stream*>(stream)->Update(bytes, count); },
+        .updateMany = UpdateManyOf<Stream>(),
         .finish = [](void* stream, std::uint8_t* digest) { static_cast<Stream*>(stream)->Finish(digest); },
         .kernel = Stream::Kernel};
 }
