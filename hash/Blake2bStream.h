@@ -26,8 +26,10 @@ class Blake2bStream {
 
     static const char* Kernel();
 
-  private:
+  protected:
     kernels::Blake2bState state_;
+
+  private:
     std::size_t digestSize_;
     std::size_t fill_; // bytes in the buffer, 0 to blockSize
     std::uint8_t buffer_[blockSize];

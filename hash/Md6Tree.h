@@ -52,6 +52,8 @@ class Md6Tree {
     int rounds_;
     int top_; // the highest level in use
     std::uint64_t key_[8];
+
+  protected:
     Md6Level levels_[levelCount];
 };
 

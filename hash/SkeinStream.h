@@ -28,7 +28,11 @@ class SkeinStream {
     void Absorb(const std::uint8_t* blocks, std::size_t count, std::size_t added);
 
     std::uint64_t chain_[words];
-    std::uint64_t tweak_[2];
+
+  protected:
+    std::uint64_t tweak_[2]; // the position, and the stage
+
+  private:
     std::size_t fill_; // bytes in the buffer, 0 to blockSize
     std::uint8_t buffer_[blockSize];
 };

@@ -2,7 +2,9 @@
 #include "tests/helpers/FailingNew.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace helpers {
@@ -27,10 +29,28 @@ void Free(void* memory) noexcept {
     std::free(memory);
 }
 
-void* AllocateOrThrow(std::size_t bytes) {
-    if (void* const memory = Allocate(bytes))
-        return memory;
-    throw std::bad_alloc();
+// Before the object stands where its memory begins.
+void* AllocateAligned(std::size_t bytes, std::align_val_t alignment) noexcept {
+    const auto step = static_cast<std::size_t>(alignment);
+    void* const memory = Allocate(bytes + step + sizeof(void*));
+    if (memory == nullptr)
+        return nullptr;
+    const auto address = reinterpret_cast<std::uintptr_t>(memory) + sizeof(void*);
+    auto* const object = static_cast<std::byte*>(memory) + sizeof(void*) + (step - address % step) % step;
+    std::memcpy(object - sizeof memory, &memory, sizeof memory);
+    return object;
+}
+
+void FreeAligned(void* object) noexcept {
+    if (object == nullptr)
+        return;
+    void* memory;
+    std::memcpy(&memory, static_cast<std::byte*>(object) - sizeof memory, sizeof memory);
+    Free(memory);
+}
+
+void* OrThrow(void* memory) {
+    return memory != nullptr ? memory : throw std::bad_alloc();
 }
 
 } // namespace
@@ -76,10 +96,10 @@ void WatchedNew::Freed(const void* memory) {
 
 // All forms, so that none of a sanitizer's own is left to be paired with one of these.
 void* operator new(std::size_t bytes) {
-    return helpers::AllocateOrThrow(bytes);
+    return helpers::OrThrow(helpers::Allocate(bytes));
 }
 void* operator new[](std::size_t bytes) {
-    return helpers::AllocateOrThrow(bytes);
+    return helpers::OrThrow(helpers::Allocate(bytes));
 }
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
     return helpers::Allocate(bytes);
@@ -104,4 +124,34 @@ void operator delete(void* memory, const std::nothrow_t&) noexcept {
 }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept {
     helpers::Free(memory);
+}
+void* operator new(std::size_t bytes, std::align_val_t alignment) {
+    return helpers::OrThrow(helpers::AllocateAligned(bytes, alignment));
+}
+void* operator new[](std::size_t bytes, std::align_val_t alignment) {
+    return helpers::OrThrow(helpers::AllocateAligned(bytes, alignment));
+}
+void* operator new(std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return helpers::AllocateAligned(bytes, alignment);
+}
+void* operator new[](std::size_t bytes, std::align_val_t alignment, const std::nothrow_t&) noexcept {
+    return helpers::AllocateAligned(bytes, alignment);
+}
+void operator delete(void* object, std::align_val_t) noexcept {
+    helpers::FreeAligned(object);
+}
+void operator delete[](void* object, std::align_val_t) noexcept {
+    helpers::FreeAligned(object);
+}
+void operator delete(void* object, std::size_t, std::align_val_t) noexcept {
+    helpers::FreeAligned(object);
+}
+void operator delete[](void* object, std::size_t, std::align_val_t) noexcept {
+    helpers::FreeAligned(object);
+}
+void operator delete(void* object, std::align_val_t, const std::nothrow_t&) noexcept {
+    helpers::FreeAligned(object);
+}
+void operator delete[](void* object, std::align_val_t, const std::nothrow_t&) noexcept {
+    helpers::FreeAligned(object);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Memory that runs out on request, and memory that is looked at when it is freed. A program that links this library
-// has its operators new and delete replaced; they work as usual but while an object of these classes lives, one at
+// has its operators new and delete replaced, aligned ones included; they work as usual but while an object of these classes lives, one at
 // a time.
 #pragma once
 

@@ -3,12 +3,12 @@
 
 namespace reference {
 
-helpers::Bytes PadLittleEndian(std::span<const std::uint8_t> message) {
+helpers::Bytes PadLittleEndian(std::span<const std::uint8_t> message, std::uint64_t statedBytes) {
     helpers::Bytes padded(message.begin(), message.end());
     padded.push_back(0x80);
     while (padded.size() % 64 != 56)
         padded.push_back(0);
-    const std::uint64_t bits = std::uint64_t{message.size()} * 8;
+    const std::uint64_t bits = statedBytes * 8;
     for (unsigned int shift = 0; shift < 64; shift += 8)
         padded.push_back(static_cast<std::uint8_t>(bits >> shift));
     return padded;

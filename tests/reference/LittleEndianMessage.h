@@ -12,8 +12,9 @@ namespace reference {
 
 using State32x4 = std::array<std::uint32_t, 4>;
 
-// The message with a one bit, zero bits and the length in bits appended, a multiple of 64 bytes.
-helpers::Bytes PadLittleEndian(std::span<const std::uint8_t> message);
+// The message with a one bit, zero bits and the length in bits appended, a multiple of 64 bytes. The length is that of
+// `statedBytes` bytes.
+helpers::Bytes PadLittleEndian(std::span<const std::uint8_t> message, std::uint64_t statedBytes);
 
 // Word i of a block, low-order byte first.
 std::uint32_t LittleEndianWord(const std::uint8_t* block, unsigned int i);

@@ -41,12 +41,16 @@ void Md4Compress(State32x4& state, const std::uint8_t* block) {
         state[i] += s[i];
 }
 
-helpers::Bytes Md4(std::span<const std::uint8_t> message) {
+helpers::Bytes Md4WithLength(std::span<const std::uint8_t> message, std::uint64_t statedBytes) {
     State32x4 state = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
-    const helpers::Bytes padded = PadLittleEndian(message);
+    const helpers::Bytes padded = PadLittleEndian(message, statedBytes);
     for (std::size_t at = 0; at < padded.size(); at += 64)
         Md4Compress(state, padded.data() + at);
     return LittleEndianDigest(state);
+}
+
+helpers::Bytes Md4(std::span<const std::uint8_t> message) {
+    return Md4WithLength(message, message.size());
 }
 
 } // namespace reference

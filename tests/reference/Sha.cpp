@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/reference/Sha.h"
 
+#include <string_view>
+
 namespace reference {
 namespace {
 
@@ -121,24 +123,38 @@ void Sha2Compress(std::array<Word, 8>& state, const std::uint8_t* block) {
         state[i] += working[i];
 }
 
-// Section 5.1: the message with a one bit, zero bits and the length in bits appended. The upper half of the
-// length field of 128 bits is zero for every length of 64 bits.
-helpers::Bytes Pad(std::span<const std::uint8_t> message, std::size_t blockSize, std::uint64_t statedBytes) {
+// A number of bits, as the length field holds it: in 64 bits, or in 128 when blocks have 128 bytes.
+struct Length {
+    std::uint64_t high = 0;
+    std::uint64_t low;
+};
+
+Length BitsOf(std::uint64_t bytes) {
+    return {bytes >> 61, bytes << 3};
+}
+
+void AppendBigEndian(helpers::Bytes& bytes, std::uint64_t number) {
+    for (unsigned int shift = 64; shift != 0; shift -= 8)
+        bytes.push_back(static_cast<std::uint8_t>(number >> (shift - 8)));
+}
+
+// Section 5.1: the message with a one bit, zero bits and the length in bits appended.
+helpers::Bytes Pad(std::span<const std::uint8_t> message, std::size_t blockSize, Length length) {
     helpers::Bytes padded(message.begin(), message.end());
     padded.push_back(0x80);
     while (padded.size() % blockSize != blockSize - blockSize / 8)
         padded.push_back(0);
-    padded.resize(padded.size() + blockSize / 8 - 8);
-    for (unsigned int shift = 64; shift != 0; shift -= 8)
-        padded.push_back(static_cast<std::uint8_t>(statedBytes * 8 >> (shift - 8)));
+    if (blockSize == 128)
+        AppendBigEndian(padded, length.high);
+    AppendBigEndian(padded, length.low);
     return padded;
 }
 
 template <class State, class Compress>
-helpers::Bytes Digest(State state, Compress compress, std::span<const std::uint8_t> message,
-                      std::uint64_t statedBytes, std::size_t length) {
+helpers::Bytes Digest(State state, Compress compress, std::span<const std::uint8_t> message, Length stated,
+                      std::size_t length) {
     constexpr std::size_t wordSize = sizeof(state[0]);
-    const helpers::Bytes padded = Pad(message, 16 * wordSize, statedBytes);
+    const helpers::Bytes padded = Pad(message, 16 * wordSize, stated);
     for (std::size_t at = 0; at < padded.size(); at += 16 * wordSize)
         compress(state, padded.data() + at);
     helpers::Bytes digest;
@@ -159,6 +175,26 @@ std::uint32_t Sha1Function(std::size_t t, std::uint32_t x, std::uint32_t y, std:
 }
 
 constexpr std::uint32_t sha1Constants[4] = {0x5a827999, 0x6ed9eba1, 0x8f1bbcdc, 0xca62c1d6};
+
+constexpr Sha512State sha384Initial = {0xcbbb9d5dc1059ed8, 0x629a292a367cd507, 0x9159015a3070dd17,
+                                       0x152fecd8f70e5939, 0x67332667ffc00b31, 0x8eb44a8768581511,
+                                       0xdb0c2e0d64f98fa7, 0x47b5481dbefa4fa4};
+constexpr Sha512State sha512Initial = {0x6a09e667f3bcc908, 0xbb67ae8584caa73b, 0x3c6ef372fe94f82b,
+                                       0xa54ff53a5f1d36f1, 0x510e527fade682d1, 0x9b05688c2b3e6c1f,
+                                       0x1f83d9abfb41bd6b, 0x5be0cd19137e2179};
+
+// Section 5.3.6: SHA-512/t starts with the digest of its name under a SHA-512 whose own start is changed.
+helpers::Bytes ShortSha512(std::string_view name, std::span<const std::uint8_t> message, std::size_t length) {
+    Sha512State changed = sha512Initial;
+    for (std::uint64_t& word : changed)
+        word ^= 0xa5a5a5a5a5a5a5a5;
+    const helpers::Bytes start =
+        Digest(changed, Sha512Compress, helpers::BytesOf(name), BitsOf(name.size()), 64);
+    Sha512State initial;
+    for (std::size_t i = 0; i < 8; ++i)
+        initial[i] = BigEndianWord<std::uint64_t>(start.data(), i);
+    return Digest(initial, Sha512Compress, message, BitsOf(message.size()), length);
+}
 
 } // namespace
 
@@ -189,13 +225,13 @@ void Sha512Compress(Sha512State& state, const std::uint8_t* block) {
 
 helpers::Bytes Sha1WithLength(std::span<const std::uint8_t> message, std::uint64_t statedBytes) {
     const Sha1State initial = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
-    return Digest(initial, Sha1Compress, message, statedBytes, 20);
+    return Digest(initial, Sha1Compress, message, BitsOf(statedBytes), 20);
 }
 
 helpers::Bytes Sha256WithLength(std::span<const std::uint8_t> message, std::uint64_t statedBytes) {
     const Sha256State initial = {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
                                  0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
-    return Digest(initial, Sha256Compress, message, statedBytes, 32);
+    return Digest(initial, Sha256Compress, message, BitsOf(statedBytes), 32);
 }
 
 helpers::Bytes Sha1(std::span<const std::uint8_t> message) {
@@ -206,18 +242,33 @@ helpers::Bytes Sha256(std::span<const std::uint8_t> message) {
     return Sha256WithLength(message, message.size());
 }
 
+// Section 5.3.2: the second halves of what SHA-384 starts with.
+helpers::Bytes Sha224(std::span<const std::uint8_t> message) {
+    Sha256State initial;
+    for (std::size_t i = 0; i < 8; ++i)
+        initial[i] = static_cast<std::uint32_t>(sha384Initial[i]);
+    return Digest(initial, Sha256Compress, message, BitsOf(message.size()), 28);
+}
+
 helpers::Bytes Sha384(std::span<const std::uint8_t> message) {
-    const Sha512State initial = {0xcbbb9d5dc1059ed8, 0x629a292a367cd507, 0x9159015a3070dd17,
-                                 0x152fecd8f70e5939, 0x67332667ffc00b31, 0x8eb44a8768581511,
-                                 0xdb0c2e0d64f98fa7, 0x47b5481dbefa4fa4};
-    return Digest(initial, Sha512Compress, message, message.size(), 48);
+    return Digest(sha384Initial, Sha512Compress, message, BitsOf(message.size()), 48);
+}
+
+helpers::Bytes Sha512WithLength(std::span<const std::uint8_t> message, std::uint64_t highBits,
+                                std::uint64_t lowBits) {
+    return Digest(sha512Initial, Sha512Compress, message, {highBits, lowBits}, 64);
 }
 
 helpers::Bytes Sha512(std::span<const std::uint8_t> message) {
-    const Sha512State initial = {0x6a09e667f3bcc908, 0xbb67ae8584caa73b, 0x3c6ef372fe94f82b,
-                                 0xa54ff53a5f1d36f1, 0x510e527fade682d1, 0x9b05688c2b3e6c1f,
-                                 0x1f83d9abfb41bd6b, 0x5be0cd19137e2179};
-    return Digest(initial, Sha512Compress, message, message.size(), 64);
+    return Digest(sha512Initial, Sha512Compress, message, BitsOf(message.size()), 64);
+}
+
+helpers::Bytes Sha512_224(std::span<const std::uint8_t> message) {
+    return ShortSha512("SHA-512/224", message, 28);
+}
+
+helpers::Bytes Sha512_256(std::span<const std::uint8_t> message) {
+    return ShortSha512("SHA-512/256", message, 32);
 }
 
 } // namespace reference

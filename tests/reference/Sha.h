@@ -20,13 +20,20 @@ void Sha256Compress(Sha256State& state, const std::uint8_t* block);
 void Sha512Compress(Sha512State& state, const std::uint8_t* block);
 
 helpers::Bytes Sha1(std::span<const std::uint8_t> message);
+helpers::Bytes Sha224(std::span<const std::uint8_t> message);
 helpers::Bytes Sha256(std::span<const std::uint8_t> message);
 helpers::Bytes Sha384(std::span<const std::uint8_t> message);
 helpers::Bytes Sha512(std::span<const std::uint8_t> message);
+helpers::Bytes Sha512_224(std::span<const std::uint8_t> message);
+helpers::Bytes Sha512_256(std::span<const std::uint8_t> message);
 
 // The digest of SHA-1 and SHA-256 with a length field that stands for `statedBytes` instead of the
 // message's own length: what an engine gives whose count of blocks has wrapped.
 helpers::Bytes Sha1WithLength(std::span<const std::uint8_t> message, std::uint64_t statedBytes);
 helpers::Bytes Sha256WithLength(std::span<const std::uint8_t> message, std::uint64_t statedBytes);
+
+// The digest of SHA-512 with a length field that stands for this number of bits.
+helpers::Bytes Sha512WithLength(std::span<const std::uint8_t> message, std::uint64_t highBits,
+                                std::uint64_t lowBits);
 
 } // namespace reference

@@ -66,7 +66,7 @@ Bytes ToBytes(Word word) {
 }
 
 // UBI: chains the blocks of a message of one type.
-Words Ubi(Words chain, std::span<const std::uint8_t> message, Word type) {
+Words Ubi(Words chain, std::span<const std::uint8_t> message, Word type, Word before = 0) {
     const std::size_t blockBytes = 8 * chain.size();
     const std::size_t blocks = std::max<std::size_t>((message.size() + blockBytes - 1) / blockBytes, 1);
     for (std::size_t block = 0; block < blocks; ++block) {
@@ -78,7 +78,7 @@ Words Ubi(Words chain, std::span<const std::uint8_t> message, Word type) {
         const Word first = block == 0 ? 1 : 0;
         const Word last = block == blocks - 1 ? 1 : 0;
         const Words plain = ToWords(padded);
-        const Words cipher = Threefish(chain, to, type << 56 | first << 62 | last << 63, plain);
+        const Words cipher = Threefish(chain, before + to, type << 56 | first << 62 | last << 63, plain);
         for (std::size_t i = 0; i < chain.size(); ++i)
             chain[i] = cipher[i] ^ plain[i];
     }
@@ -120,8 +120,9 @@ Words SkeinInitialValue(std::size_t words, Word outputBits) {
     return Ubi(Words(words), configuration, 4);
 }
 
-Bytes Skein(std::span<const std::uint8_t> message, std::size_t stateBytes, std::size_t outputBytes) {
-    const Words chain = Ubi(SkeinInitialValue(stateBytes / 8, 8 * outputBytes), message, 48);
+Bytes Skein(std::span<const std::uint8_t> message, std::size_t stateBytes, std::size_t outputBytes,
+            std::uint64_t before) {
+    const Words chain = Ubi(SkeinInitialValue(stateBytes / 8, 8 * outputBytes), message, 48, before);
     Bytes output;
     for (Word counter = 0; output.size() < outputBytes; ++counter)
         for (const Word word : Ubi(chain, ToBytes(counter), 63)) {

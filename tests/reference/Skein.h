@@ -17,8 +17,9 @@ std::vector<std::uint64_t> Threefish(const std::vector<std::uint64_t>& key, std:
 // without a key: state size in words, output length in bits.
 std::vector<std::uint64_t> SkeinInitialValue(std::size_t words, std::uint64_t outputBits);
 
-// Skein of a message. State of 32, 64 or 128 bytes; output of any length in bytes.
+// Skein of a message. State of 32, 64 or 128 bytes; output of any length in bytes. The positions of
+// its blocks count from `before`.
 std::vector<std::uint8_t> Skein(std::span<const std::uint8_t> message, std::size_t stateBytes,
-                                std::size_t outputBytes);
+                                std::size_t outputBytes, std::uint64_t before = 0);
 
 } // namespace reference

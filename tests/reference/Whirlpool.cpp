@@ -16,6 +16,13 @@ int InverseExponential(int value) {
     return static_cast<int>(std::find(exponential, exponential + 16, value) - exponential);
 }
 
+std::uint8_t SBoxEntry(std::uint8_t value) {
+    const int upper = exponential[value >> 4];
+    const int lower = InverseExponential(value & 15);
+    const int middle = random[upper ^ lower];
+    return static_cast<std::uint8_t>(16 * exponential[upper ^ middle] + InverseExponential(lower ^ middle));
+}
+
 // The product in GF(2^8) modulo x^8 + x^4 + x^3 + x^2 + 1: shift and add, then divide.
 int Product(int a, int b) {
     int product = 0;
@@ -24,6 +31,22 @@ int Product(int a, int b) {
     for (int bit = 14; bit >= 8; --bit)
         product ^= (product >> bit & 1) * (0x11D << (bit - 8));
     return product;
+}
+
+// What a byte of the state adds to its row: its products with the circulant constants, for every byte and worked out
+// once, because a block needs 1280 of them.
+using Products = std::array<std::uint8_t, 8>;
+
+const Products& CirculantProducts(std::uint8_t byte) {
+    static constexpr int circulant[8] = {1, 1, 4, 1, 8, 5, 2, 9};
+    static const auto table = [] {
+        std::array<Products, 256> products;
+        for (std::size_t i = 0; i < 256; ++i)
+            for (std::size_t j = 0; j < 8; ++j)
+                products[i][j] = static_cast<std::uint8_t>(Product(static_cast<int>(i), circulant[j]));
+        return products;
+    }();
+    return table[byte];
 }
 
 Matrix Add(const Matrix& a, const Matrix& b) {
@@ -37,17 +60,17 @@ Matrix Add(const Matrix& a, const Matrix& b) {
 // One round: the non-linear layer, the cyclic permutation of each column, the
 // diffusion layer and the addition of the key.
 Matrix Round(const Matrix& state, const Matrix& key) {
-    static constexpr int circulant[8] = {1, 1, 4, 1, 8, 5, 2, 9};
     Matrix permuted;
     for (std::size_t i = 0; i < 8; ++i)
         for (std::size_t j = 0; j < 8; ++j)
             permuted[i][j] = WhirlpoolSBox(state[(i + 8 - j) % 8][j]);
     Matrix diffused{};
     for (std::size_t i = 0; i < 8; ++i)
-        for (std::size_t j = 0; j < 8; ++j)
-            for (std::size_t k = 0; k < 8; ++k)
-                diffused[i][j] ^=
-                    static_cast<std::uint8_t>(Product(permuted[i][k], circulant[(j + 8 - k) % 8]));
+        for (std::size_t k = 0; k < 8; ++k) {
+            const Products& products = CirculantProducts(permuted[i][k]);
+            for (std::size_t j = 0; j < 8; ++j)
+                diffused[i][j] ^= products[(j + 8 - k) % 8];
+        }
     return Add(diffused, key);
 }
 
@@ -68,10 +91,13 @@ Matrix ToMatrix(std::span<const std::uint8_t, 64> block) {
 } // namespace
 
 std::uint8_t WhirlpoolSBox(std::uint8_t value) {
-    const int upper = exponential[value >> 4];
-    const int lower = InverseExponential(value & 15);
-    const int middle = random[upper ^ lower];
-    return static_cast<std::uint8_t>(16 * exponential[upper ^ middle] + InverseExponential(lower ^ middle));
+    static const auto box = [] {
+        std::array<std::uint8_t, 256> entries;
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            entries[i] = SBoxEntry(static_cast<std::uint8_t>(i));
+        return entries;
+    }();
+    return box[value];
 }
 
 void WhirlpoolCompress(Matrix& state, std::span<const std::uint8_t, 64> block) {
