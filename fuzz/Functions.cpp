@@ -46,13 +46,20 @@ class Run {
         const std::uint8_t kind = input_.Take<std::uint8_t>();
         Object& object = objects_[kind / 8 % objects_.size()];
         switch (kind % 8) {
-        case 0: return AddObject();
-        case 1: return AddClone(object);
-        case 2: return Reset(object);
-        case 3: return Finish(object);
-        case 4: return UpdateMany();
-        case 5: return DigestMany(object.function);
-        default: return Update(object, Piece());
+        case 0:
+            return AddObject();
+        case 1:
+            return AddClone(object);
+        case 2:
+            return Reset(object);
+        case 3:
+            return Finish(object);
+        case 4:
+            return UpdateMany();
+        case 5:
+            return DigestMany(object.function);
+        default:
+            return Update(object, Piece());
         }
     }
 
@@ -67,14 +74,16 @@ class Run {
     void AddObject() {
         const fyrn_function* const function =
             fyrn_function_at(input_.Take<std::uint8_t>() % fyrn_function_count());
-        std::unique_ptr<fyrn_hash, Free> hash(fyrn_hash_new_sized(function, input_.Take<std::uint16_t>() % 512u));
+        std::unique_ptr<fyrn_hash, Free> hash(
+            fyrn_hash_new_sized(function, input_.Take<std::uint16_t>() % 512u));
         if (hash == nullptr)
             hash.reset(fyrn_hash_new(function));
         Keep({function, std::move(hash), {}});
     }
 
     void AddClone(const Object& object) {
-        Keep({object.function, std::unique_ptr<fyrn_hash, Free>(fyrn_hash_clone(object.hash.get())), object.message});
+        Keep({object.function, std::unique_ptr<fyrn_hash, Free>(fyrn_hash_clone(object.hash.get())),
+              object.message});
     }
 
     static void Reset(Object& object) {
@@ -87,7 +96,8 @@ class Run {
         fyrn_hash_finish(object.hash.get(), digest.data());
         const char* const name = fyrn_function_name(object.function);
         fuzz::RequireEqual(helpers::ToHex(digest),
-                           helpers::ToHex(helpers::FunctionReference(name, object.message, digest.size())), name);
+                           helpers::ToHex(helpers::FunctionReference(name, object.message, digest.size())),
+                           name);
         object.message.clear();
     }
 
@@ -142,7 +152,8 @@ class Run {
         const char* const name = fyrn_function_name(function);
         for (std::size_t i = 0; i < count; ++i)
             fuzz::RequireEqual(helpers::ToHex(digests[i]),
-                               helpers::ToHex(helpers::FunctionReference(name, messages[i], digestSize)), name);
+                               helpers::ToHex(helpers::FunctionReference(name, messages[i], digestSize)),
+                               name);
     }
 
     fuzz::Input input_;

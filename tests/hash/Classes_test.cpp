@@ -85,7 +85,8 @@ TEST(Classes, ManyHashersTakeManyPieces) {
 
 TEST(Classes, FilesWithAnyNameAreHashed) {
     const helpers::ScratchFiles files;
-    const std::filesystem::path folder = std::filesystem::path(files.Write("file", helpers::BytesOf("abc"))).parent_path();
+    const std::filesystem::path folder =
+        std::filesystem::path(files.Write("file", helpers::BytesOf("abc"))).parent_path();
     std::filesystem::copy_file(folder / "file", folder / std::filesystem::path(u8"\u00e9.txt"));
     EXPECT_EQ(fyrn::ToHex(fyrn::HashFile(folder / std::filesystem::path(u8"\u00e9.txt"), "MD5")), md5OfAbc);
     EXPECT_THROW(fyrn::HashFile(folder / "file", "sha257"), std::invalid_argument);
@@ -93,7 +94,8 @@ TEST(Classes, FilesWithAnyNameAreHashed) {
 
 TEST(Classes, LongFilesAreHashedWhole) {
     const helpers::ScratchFiles files;
-    for (const std::size_t length : {std::size_t{0}, std::size_t{262'143}, std::size_t{262'144}, std::size_t{700'001}}) {
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{262'143}, std::size_t{262'144}, std::size_t{700'001}}) {
         const helpers::Bytes content = helpers::PseudoRandomBytes(length, 17);
         EXPECT_EQ(fyrn::HashFile(files.Write("file", content), "SHA1"),
                   fyrn::Digest("SHA1", std::as_bytes(std::span(content))))

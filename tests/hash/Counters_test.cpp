@@ -158,7 +158,8 @@ std::vector<std::uint64_t> RootWithIndex(const Bytes& message, std::uint64_t ind
     input.resize(input.size() + 8); // no key
     input.push_back((std::uint64_t{1} << 56) + index);
     const std::uint64_t padding = 4096 - 8 * message.size();
-    input.push_back(std::uint64_t{104} << 48 | std::uint64_t{64} << 40 | std::uint64_t{1} << 36 | padding << 20 | 256);
+    input.push_back(std::uint64_t{104} << 48 | std::uint64_t{64} << 40 | std::uint64_t{1} << 36 |
+                    padding << 20 | 256);
     Bytes block = message;
     block.resize(512);
     for (std::size_t i = 0; i < block.size(); i += 8) {

@@ -16,7 +16,8 @@ constexpr std::size_t lengthStep = 1;
 #endif
 
 // The message ends where memory does.
-void ExpectReferenceDigest(const fyrn_function* function, const helpers::GuardedBuffer& memory, Message message) {
+void ExpectReferenceDigest(const fyrn_function* function, const helpers::GuardedBuffer& memory,
+                           Message message) {
     std::uint8_t* const copy = memory.Rear(message.size());
     std::copy(message.begin(), message.end(), copy);
     EXPECT_EQ(hash_tests::Digest(function, {copy, message.size()}), hash_tests::Expected(function, message))

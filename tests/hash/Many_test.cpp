@@ -122,8 +122,8 @@ class Many : public testing::Test {
         const std::vector<std::string> digests = Digests(function, messages);
         for (std::size_t i = 0; i < messages.size(); ++i)
             EXPECT_EQ(digests[i], hash_tests::Digest(function, messages[i]))
-                << Name(function) << ", message " << i << " of " << messages.size() << ", " << messages[i].size()
-                << " bytes";
+                << Name(function) << ", message " << i << " of " << messages.size() << ", "
+                << messages[i].size() << " bytes";
     }
 
     Places places_;
@@ -149,7 +149,8 @@ TEST_F(Many, UpdatesOfUnevenLengths) {
 
 TEST_F(Many, UpdatesOfOneLength) {
     for (const fyrn_function* function : AllFunctions())
-        for (const std::size_t size : {std::size_t{1}, Block(function) - 1, Block(function), 8 * Block(function) + 1}) {
+        for (const std::size_t size :
+             {std::size_t{1}, Block(function) - 1, Block(function), 8 * Block(function) + 1}) {
             Twins twins = NewTwins(function, 33);
             for (int turn = 0; turn < 3; ++turn)
                 twins.UpdateMany(Write(33, [&](std::size_t) { return size; }));
@@ -193,7 +194,8 @@ TEST_F(Many, UpdatesOfMixedFunctions) {
         Twins twins;
         while (twins.Count() < 1 + random_() % maxCount) {
             // Some functions often, so that a few lanes of each come together.
-            const fyrn_function* const function = all[run % 2 == 0 ? random_() % all.size() : random_() % 3 * 11];
+            const fyrn_function* const function =
+                all[run % 2 == 0 ? random_() % all.size() : random_() % 3 * 11];
             const bool sized = hash_tests::IsShake(function) || hash_tests::IsBlake2b(function);
             twins.Add(Hash(fyrn_hash_new_sized(function, sized ? 1 + random_() % 64
                                                                : fyrn_function_digest_size(function))));

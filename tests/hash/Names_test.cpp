@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "tests/helpers/CpuLevel.h"
-#include "tests/hash/Functions.h"
 #include "hash/FunctionTable.h"
+#include "tests/hash/Functions.h"
+#include "tests/helpers/CpuLevel.h"
 
 #include <cctype>
 #include <fstream>
@@ -91,6 +91,12 @@ TEST(Names, UsualNamesFindTheirFunctions) {
         {"tiger", "TIGER1-192"},
         {"tiger2", "TIGER2-192"},
         {"whirlpool", "WHIRLPOOL"},
+        {"crc", "CKSUM"},
+        {"bsd", "SUM-BSD"},
+        {"sysv", "SUM-SYSV"},
+        {"sm3", "SM3"},
+        {"rmd160", "RIPEMD-160"},
+        {"ripemd160", "RIPEMD-160"},
     };
     for (const auto& [name, canonical] : usual) {
         const fyrn_function* const found = fyrn_function_find(name.c_str());

@@ -113,8 +113,7 @@ TEST_F(Objects, DigestsOfEveryLengthThatAFunctionHas) {
             const Hash hash(fyrn_hash_new_sized(function, size));
             ASSERT_NE(hash, nullptr) << Name(function) << ", " << size;
             EXPECT_EQ(fyrn_hash_digest_size(hash.get()), size);
-            const Bytes expected =
-                helpers::FunctionReference(fyrn_function_name(function), message, size);
+            const Bytes expected = helpers::FunctionReference(fyrn_function_name(function), message, size);
             hash_tests::Update(hash, message);
             const Hash clone(fyrn_hash_clone(hash.get()));
             ASSERT_EQ(hash_tests::Finish(hash), helpers::ToHex(expected)) << Name(function) << ", " << size;
@@ -137,9 +136,11 @@ TEST_F(Objects, NoDigestsOfOtherLengths) {
             EXPECT_NE(Hash(fyrn_hash_new_sized(function, SIZE_MAX)), nullptr) << name;
             continue;
         }
-        EXPECT_EQ(Hash(fyrn_hash_new_sized(function, hash_tests::IsBlake2b(function) ? 65 : own + 1)), nullptr)
+        EXPECT_EQ(Hash(fyrn_hash_new_sized(function, hash_tests::IsBlake2b(function) ? 65 : own + 1)),
+                  nullptr)
             << name;
-        EXPECT_EQ(Hash(fyrn_hash_new_sized(function, own - 1)) != nullptr, hash_tests::IsBlake2b(function)) << name;
+        EXPECT_EQ(Hash(fyrn_hash_new_sized(function, own - 1)) != nullptr, hash_tests::IsBlake2b(function))
+            << name;
         EXPECT_EQ(Hash(fyrn_hash_new_sized(function, SIZE_MAX)), nullptr) << name;
     }
 }

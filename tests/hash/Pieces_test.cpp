@@ -43,8 +43,8 @@ class Pieces : public testing::Test {
 TEST_F(Pieces, EverySplitInTwoOfMessagesUpToTwoBlocks) {
     for (const Subject& subject : Subjects()) {
         const std::size_t block = Block(subject.function);
-        for (const std::size_t length : {std::size_t{1}, std::size_t{23}, block - 1, block, block + 1, 2 * block - 1,
-                                         2 * block, 2 * block + 1, 2 * block + 17}) {
+        for (const std::size_t length : {std::size_t{1}, std::size_t{23}, block - 1, block, block + 1,
+                                         2 * block - 1, 2 * block, 2 * block + 1, 2 * block + 17}) {
             const Message message = First(length);
             const std::string expected = hash_tests::Expected(subject.function, message);
             for (std::size_t split = 0; split <= length; ++split)

@@ -14,10 +14,12 @@ using hash_tests::Name;
 using helpers::KnownAnswer;
 
 constexpr const char* files[] = {
-    "blake2b.txt",          "crc_check.txt", "keccak_kat.txt",     "md4_rfc1320.txt",
-    "md5_rfc1321.txt",      "md6.txt",       "sha3_cavp.txt",      "sha_cavp.txt",
-    "sha_examples.txt",     "tiger2.txt",    "sha_truncated_cavp.txt", "skein_golden_kat.txt",
-    "tiger_nessie.txt",     "whirlpool_iso.txt",
+    "blake2b.txt",      "crc_check.txt",          "keccak_kat.txt",
+    "md4_rfc1320.txt",  "md5_rfc1321.txt",        "md6.txt",
+    "ripemd160.txt",    "sha3_cavp.txt",          "sha_cavp.txt",
+    "sha_examples.txt", "sha_truncated_cavp.txt", "skein_golden_kat.txt",
+    "sm3.txt",          "sums_coreutils.txt",     "tiger2.txt",
+    "tiger_nessie.txt", "whirlpool_iso.txt",
 };
 
 constexpr std::size_t slowForReferences = 20'000; // bytes; the references take seconds for a million

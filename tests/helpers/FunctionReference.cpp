@@ -4,11 +4,14 @@
 #include "tests/reference/Blake2b.h"
 #include "tests/reference/Crc.h"
 #include "tests/reference/Keccak.h"
+#include "tests/reference/LegacySums.h"
 #include "tests/reference/Md4.h"
 #include "tests/reference/Md5.h"
 #include "tests/reference/Md6.h"
+#include "tests/reference/Ripemd160.h"
 #include "tests/reference/Sha.h"
 #include "tests/reference/Skein.h"
+#include "tests/reference/Sm3.h"
 #include "tests/reference/Tiger.h"
 #include "tests/reference/Whirlpool.h"
 
@@ -26,14 +29,23 @@ Bytes Blake2b(Message message, std::size_t digestSize) {
     return reference::Blake2b(message, digestSize);
 }
 
+Bytes HighestByteFirst(std::uint64_t value, std::size_t count) {
+    Bytes bytes(count);
+    for (std::size_t i = count; i > 0; --i, value >>= 8)
+        bytes[i - 1] = static_cast<std::uint8_t>(value);
+    return bytes;
+}
+
 template <std::uint64_t polynomial>
 Bytes Crc(Message message, std::size_t digestSize) {
     const auto width = static_cast<unsigned int>(8 * digestSize);
-    std::uint64_t crc = reference::Crc(width, polynomial, ~std::uint64_t{0} >> (64 - width), message);
-    Bytes digest(digestSize);
-    for (std::size_t i = digestSize; i > 0; --i, crc >>= 8)
-        digest[i - 1] = static_cast<std::uint8_t>(crc);
-    return digest;
+    return HighestByteFirst(reference::Crc(width, polynomial, ~std::uint64_t{0} >> (64 - width), message),
+                            digestSize);
+}
+
+template <auto sum>
+Bytes Sum(Message message, std::size_t digestSize) {
+    return HighestByteFirst(sum(message), digestSize);
 }
 
 // Whose rate is what twice the digest leaves of the state.
@@ -77,6 +89,7 @@ const std::map<std::string_view, Reference*> references = {
     {"BLAKE2-256", Blake2b},
     {"BLAKE2-384", Blake2b},
     {"BLAKE2-512", Blake2b},
+    {"CKSUM", Sum<reference::Cksum>},
     {"CRC-16", Crc<0xa001>},
     {"CRC-32", Crc<0xedb88320>},
     {"CRC-32C", Crc<0x82f63b78>},
@@ -96,6 +109,7 @@ const std::map<std::string_view, Reference*> references = {
     {"MD6-256", Md6},
     {"MD6-384", Md6},
     {"MD6-512", Md6},
+    {"RIPEMD-160", Plain<reference::Ripemd160>},
     {"SHA1", Plain<reference::Sha1>},
     {"SHA2-224", Plain<reference::Sha224>},
     {"SHA2-256", Plain<reference::Sha256>},
@@ -113,6 +127,9 @@ const std::map<std::string_view, Reference*> references = {
     {"SKEIN-256", Skein},
     {"SKEIN-512", Skein},
     {"SKEIN-1024", Skein},
+    {"SM3", Plain<reference::Sm3>},
+    {"SUM-BSD", Sum<reference::BsdSum>},
+    {"SUM-SYSV", Sum<reference::SysvSum>},
     {"TIGER1-128", Tiger<reference::tiger1Padding>},
     {"TIGER1-160", Tiger<reference::tiger1Padding>},
     {"TIGER1-192", Tiger<reference::tiger1Padding>},

@@ -73,7 +73,7 @@ void Ripemd160Compress(Ripemd160State& state, const std::uint8_t* block) {
 
 helpers::Bytes Ripemd160(std::span<const std::uint8_t> message) {
     Ripemd160State state = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
-    const helpers::Bytes padded = PadLittleEndian(message);
+    const helpers::Bytes padded = PadLittleEndian(message, message.size());
     for (std::size_t at = 0; at < padded.size(); at += 64)
         Ripemd160Compress(state, padded.data() + at);
     helpers::Bytes digest;
