@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fyrn/fyrn.h"
+#include "hash/FunctionTable.h"
 #include "tests/helpers/Bytes.h"
 #include "tests/helpers/FunctionReference.h"
 
@@ -38,12 +39,12 @@ inline std::string Name(const fyrn_function* function) {
     return fyrn_function_name(function);
 }
 
-// Of the functions whose digest may have any length, and of those up to 64 bytes.
-inline bool IsShake(const fyrn_function* function) {
-    return Name(function).starts_with("SHAKE-");
+// Whether there are digests of several lengths, and of any.
+inline bool IsSized(const fyrn_function* function) {
+    return function->minDigestSize != function->maxDigestSize;
 }
-inline bool IsBlake2b(const fyrn_function* function) {
-    return Name(function).starts_with("BLAKE2-");
+inline bool IsUnlimited(const fyrn_function* function) {
+    return function->maxDigestSize == SIZE_MAX;
 }
 
 // The block size, for choosing lengths; CRCs, which have none, get one that fits their kernels.

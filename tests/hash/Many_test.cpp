@@ -196,7 +196,7 @@ TEST_F(Many, UpdatesOfMixedFunctions) {
             // Some functions often, so that a few lanes of each come together.
             const fyrn_function* const function =
                 all[run % 2 == 0 ? random_() % all.size() : random_() % 3 * 11];
-            const bool sized = hash_tests::IsShake(function) || hash_tests::IsBlake2b(function);
+            const bool sized = hash_tests::IsSized(function);
             twins.Add(Hash(fyrn_hash_new_sized(function, sized ? 1 + random_() % 64
                                                                : fyrn_function_digest_size(function))));
         }

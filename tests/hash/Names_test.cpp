@@ -92,6 +92,7 @@ TEST(Names, UsualNamesFindTheirFunctions) {
         {"tiger2", "TIGER2-192"},
         {"whirlpool", "WHIRLPOOL"},
         {"crc", "CKSUM"},
+        {"b3", "BLAKE3"},
         {"bsd", "SUM-BSD"},
         {"sysv", "SUM-SYSV"},
         {"sm3", "SM3"},

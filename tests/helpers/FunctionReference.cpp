@@ -2,6 +2,7 @@
 #include "tests/helpers/FunctionReference.h"
 
 #include "tests/reference/Blake2b.h"
+#include "tests/reference/Blake3.h"
 #include "tests/reference/Crc.h"
 #include "tests/reference/Keccak.h"
 #include "tests/reference/LegacySums.h"
@@ -89,6 +90,7 @@ const std::map<std::string_view, Reference*> references = {
     {"BLAKE2-256", Blake2b},
     {"BLAKE2-384", Blake2b},
     {"BLAKE2-512", Blake2b},
+    {"BLAKE3", reference::Blake3},
     {"CKSUM", Sum<reference::Cksum>},
     {"CRC-16", Crc<0xa001>},
     {"CRC-32", Crc<0xedb88320>},
