@@ -118,6 +118,7 @@ void Reader::Take(const GivenOption& given) {
         return;
     case OptionId::check:
         options_.check = true;
+        checking.gnuOnly = tool_.kind != ToolKind::fyrnsum;
         return;
     case OptionId::directory:
         options_.directory = given.argument;
@@ -202,8 +203,6 @@ void Reader::CheckCheckOptions() const {
         FailUnsupported("--output");
     if (options_.namesFrom)
         FailUnsupported(options_.namesEndInNul ? "--files0-from" : "--files-from");
-    if (form_ == Form::json)
-        FailUnsupported("--json");
     if (form_ == Form::tagged && tool_.kind != ToolKind::cksum)
         FailMeaningless("--tag", true);
     if (binary_ && tool_.kind != ToolKind::cksum)

@@ -21,10 +21,11 @@ enum class Watch { automatic, always, never };
 // tools.
 struct CheckOptions {
     bool ignoreMissing = false;
-    bool quiet = false;  // no "OK"
-    bool status = false; // no output but messages of trouble
-    bool strict = false; // a malformed line is a failure
-    bool warn = false;   // each malformed line is told
+    bool quiet = false;   // no "OK"
+    bool status = false;  // no output but messages of trouble
+    bool strict = false;  // a malformed line is a failure
+    bool warn = false;    // each malformed line is told
+    bool gnuOnly = false; // no lists but those that GNU's tools read: called by the name of one
 };
 
 // Which entries of a walk count, in the order of the command line: the last rule that matches

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sum/Run.h"
 
+#include "sum/Check.h"
 #include "sum/CommandLine.h"
 #include "sum/Help.h"
 #include "sum/Messages.h"
@@ -24,9 +25,7 @@ std::string PageText(Instead::Page page, const Tool& tool) {
 int RunWith(const Options& options) {
     if (options.debug)
         Say(DebugText(options));
-    if (options.check)
-        throw UsageError("lists cannot be checked yet", UsageError::Advice::none);
-    const int status = Print(options);
+    const int status = options.check ? Check(options) : Print(options);
     Out().Flush();
     return status;
 }

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "sum/Check.h"
+
+#include "platform/ByteFile.h"
+#include "sum/CheckReport.h"
+#include "sum/Guess.h"
+#include "sum/HashQueue.h"
+#include "sum/ListLines.h"
+#include "sum/ListedName.h"
+#include "sum/Messages.h"
+#include "sum/Progress.h"
+
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+
+namespace sum {
+
+namespace {
+
+const Name standardInput = "-";
+
+// The list could not be read to its end.
+struct ListError {
+    int error;
+};
+
+GivenFunctions GivenBy(const Options& options) {
+    if (!options.functionsGiven)
+        return {};
+    return {options.functions, options.lengthBits.has_value()};
+}
+
+DecimalLines DecimalsOf(const Options& options) {
+    if (!options.functionsGiven)
+        return DecimalLines::crc;
+    for (const FunctionChoice& choice : options.functions) {
+        if (choice.legacy == Legacy::crc)
+            return DecimalLines::crc;
+        if (choice.legacy != Legacy::none)
+            return choice.legacy == Legacy::bsd ? DecimalLines::bsd : DecimalLines::sysv;
+    }
+    return DecimalLines::none;
+}
+
+LineRules RulesOf(const Options& options, const ListFunctions& functions, const Name& list) {
+    LineRules rules;
+    rules.sizes = functions.Sizes();
+    rules.decimals = DecimalsOf(options);
+    rules.gnuOnly = options.checking.gnuOnly;
+    rules.untagged = options.functionsGiven || !options.checking.gnuOnly;
+    rules.percent = !options.checking.gnuOnly && IsBagItManifest(list);
+    return rules;
+}
+
+// What a line asks of a file.
+struct Expectation {
+    std::vector<ListDigest> digests;
+    std::optional<std::uint64_t> size;
+    std::uint64_t sizeUnit = 1;
+
+    bool HasSize(const FileResult& result) const {
+        return !size || result.size / sizeUnit + (result.size % sizeUnit != 0) == *size;
+    }
+
+    bool Holds(const FileResult& result) const {
+        if (!HasSize(result))
+            return false;
+        for (std::size_t i = 0; i < digests.size(); ++i)
+            if (!IsExpected(digests[i], result.digests[i]))
+                return false;
+        return true;
+    }
+
+    static bool IsExpected(const ListDigest& expected, std::span<const std::byte> digest) {
+        return expected.decimal ? IsDecimalDigest(expected.text, digest) : IsDigest(expected.text, digest);
+    }
+};
+
+// The check of one list.
+class ListCheck {
+  public:
+    ListCheck(const Options& options, const Name& list, HashQueue& queue, ReadWatcher& watcher)
+        : options_(options), list_(list), queue_(queue), hasher_(&watcher),
+          functions_(GivenBy(options), list), report_(options, list) {}
+
+    bool Run();
+
+  private:
+    void ReadLines(platform::ByteFile& file);
+    void Take(LineKind kind, ListLine& line);
+    void TakeMalformed(const ListLine& line);
+    void TakeEntry(ListLine& line);
+    void TakeGuessed(const Name& listed, const Name& file, const Expectation& expectation);
+
+    const Options& options_;
+    const Name& list_;
+    HashQueue& queue_;
+    FileHasher hasher_; // for guessing
+    ListFunctions functions_;
+    CheckReport report_;
+};
+
+bool ListCheck::Run() {
+    int error = 0;
+    platform::ByteFile file =
+        list_ == standardInput ? platform::ByteFile::StandardInput() : platform::ByteFile::Open(list_, error);
+    if (error != 0) {
+        SayError(list_, error);
+        return false;
+    }
+    try {
+        ReadLines(file);
+    } catch (const ListError&) {
+        queue_.Finish();
+        report_.ListUnreadable();
+        return false;
+    }
+    queue_.Finish();
+    return report_.Finish();
+}
+
+void ListCheck::ReadLines(platform::ByteFile& file) {
+    ListReader reader([&file](std::span<char> space) {
+        int error = 0;
+        const std::ptrdiff_t count = file.Read(space.data(), space.size(), error);
+        if (count < 0)
+            throw ListError{error};
+        return static_cast<std::size_t>(count);
+    });
+    ListLines lines(reader, RulesOf(options_, functions_, list_));
+    ListLine line;
+    for (LineKind kind = lines.Next(line); kind != LineKind::end; kind = lines.Next(line))
+        Take(kind, line);
+}
+
+void ListCheck::Take(LineKind kind, ListLine& line) {
+    if (kind == LineKind::lone) {
+        line.name = SubjectOf(list_, options_);
+        kind = line.name.empty() ? LineKind::malformed : LineKind::entry;
+    }
+    if (kind == LineKind::malformed)
+        TakeMalformed(line);
+    else
+        TakeEntry(line);
+}
+
+void ListCheck::TakeMalformed(const ListLine& line) {
+    queue_.AddNote([this, number = line.number] { report_.Malformed(number); });
+}
+
+void ListCheck::TakeEntry(ListLine& line) {
+    LineFunctions found = functions_.Of(line);
+    if (found.kind == LineFunctions::Kind::malformed)
+        return TakeMalformed(line);
+    if (found.kind == LineFunctions::Kind::unknown)
+        return queue_.AddNote([this, number = line.number, tag = std::move(found.unknownTag)] {
+            report_.UnknownFunction(number, tag);
+        });
+    if (line.name == standardInput && list_ == standardInput) // what is left of it is the list's
+        return queue_.AddNote([this, name = line.name] { report_.ListItself(name); });
+
+    Name file = FileOf(line.name, options_);
+    Expectation expectation{line.digests, line.size, line.sizeUnit};
+    if (found.kind == LineFunctions::Kind::guessed && !functions_.IsDecided())
+        return TakeGuessed(line.name, file, expectation);
+    queue_.Add(std::move(file), std::move(found.functions),
+               [this, name = line.name, expectation = std::move(expectation)](const FileResult& result) {
+                   report_.File(name, result.error, result.error == 0 && expectation.Holds(result));
+               });
+}
+
+// The first file that can be read decides what the digests are of, so it is read before the next line is looked at.
+void ListCheck::TakeGuessed(const Name& listed, const Name& file, const Expectation& expectation) {
+    const std::string& digest = expectation.digests[0].text;
+    const std::vector<FunctionChoice> candidates = functions_.Candidates(digest);
+    const Guess guess = GuessFunction(hasher_, file, digest, candidates);
+    if (guess.result.error == 0)
+        functions_.Decide(guess.match.value_or(candidates[0]));
+    queue_.AddNote([this, listed, guess, rightSize = expectation.HasSize(guess.result)] {
+        if (guess.match && !guess.isFirst)
+            report_.Guessed(*guess.match);
+        report_.File(listed, guess.result.error, guess.match && rightSize);
+    });
+}
+
+} // namespace
+
+int Check(const Options& options) {
+    Progress progress(options);
+    HashQueue queue(options.jobs, &progress);
+    bool good = true;
+    for (const Name& list : options.operands)
+        good = ListCheck(options, list, queue, progress).Run() && good;
+    return good ? 0 : 1;
+}
+
+} // namespace sum

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "sum/DigestText.h"
+
+#include "sum/Escape.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+
+namespace sum {
+
+namespace {
+
+int HexValue(char digit) {
+    if (digit >= '0' && digit <= '9')
+        return digit - '0';
+    const char lower = static_cast<char>(digit | 0x20);
+    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+}
+
+bool IsHexDigest(std::string_view text, std::span<const std::byte> digest) {
+    for (std::size_t i = 0; i < digest.size(); ++i) {
+        const auto byte = std::to_integer<int>(digest[i]);
+        if (HexValue(text[2 * i]) != byte >> 4 || HexValue(text[2 * i + 1]) != (byte & 15))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<std::size_t> HexBytes(std::string_view text) {
+    if (text.empty() || text.size() % 2 != 0 ||
+        !std::ranges::all_of(text, [](char digit) { return HexValue(digit) >= 0; }))
+        return std::nullopt;
+    return text.size() / 2;
+}
+
+std::optional<std::size_t> Base64Bytes(std::string_view text) {
+    if (text.empty() || text.size() % 4 != 0)
+        return std::nullopt;
+    const std::size_t padding = text.ends_with("==") ? 2 : text.ends_with('=') ? 1 : 0;
+    const std::string_view digits = text.substr(0, text.size() - padding);
+    const auto isDigit = [](char digit) {
+        const char lower = static_cast<char>(digit | 0x20);
+        return (lower >= 'a' && lower <= 'z') || (digit >= '0' && digit <= '9') || digit == '+' ||
+               digit == '/';
+    };
+    if (!std::ranges::all_of(digits, isDigit))
+        return std::nullopt;
+    return text.size() / 4 * 3 - padding;
+}
+
+bool IsDigest(std::string_view text, std::span<const std::byte> digest) {
+    if (HexBytes(text) == digest.size())
+        return IsHexDigest(text, digest);
+    return text == ToBase64(digest);
+}
+
+bool IsDecimalDigest(std::string_view text, std::span<const std::byte> digest) {
+    std::uint64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{} || end != text.data() + text.size() || digest.size() > sizeof number)
+        return false;
+    std::uint64_t expected = 0;
+    for (const std::byte byte : digest)
+        expected = expected << 8 | std::to_integer<std::uint64_t>(byte);
+    return number == expected;
+}
+
+} // namespace sum
