@@ -171,7 +171,8 @@ void ListCheck::TakeEntry(ListLine& line) {
                });
 }
 
-// The first file that can be read decides what the digests are of, so it is read before the next line is looked at.
+// The first file that can be read decides what the digests are of, so it is read before the next
+// line is looked at.
 void ListCheck::TakeGuessed(const Name& listed, const Name& file, const Expectation& expectation) {
     const std::string& digest = expectation.digests[0].text;
     const std::vector<FunctionChoice> candidates = functions_.Candidates(digest);

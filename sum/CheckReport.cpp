@@ -10,7 +10,8 @@ namespace sum {
 
 namespace {
 
-// What the lines of the list are called. Where the length of a digest may differ from line to line, it is no part of that.
+// What the lines of the list are called. Where the length of a digest may differ from line to line,
+// it is no part of that.
 std::string LineTerm(const Options& options) {
     if (!options.functionsGiven)
         return "checksum line";

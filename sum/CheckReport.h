@@ -24,7 +24,8 @@ struct CheckTotals {
     std::uint64_t unknown = 0; // of the malformed ones, those of functions that are not known
 };
 
-// Results go to standard output and trouble to standard error, in the words of GNU's tools. Throws OutputError.
+// Results go to standard output and trouble to standard error, in the words of GNU's tools. Throws
+// OutputError.
 class CheckReport {
   public:
     CheckReport(const Options& options, const Name& list);

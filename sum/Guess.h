@@ -23,8 +23,8 @@ struct GivenFunctions {
     bool lengthGiven = false;                // a digest has the length of its choice, and no other
 };
 
-// A name of a function that a list's own name holds: "SHA256SUMS", "disk.iso.sha512", "manifest-md5.txt", "SHA3SUMS".
-// Empty when it holds none.
+// A name of a function that a list's own name holds: "SHA256SUMS", "disk.iso.sha512",
+// "manifest-md5.txt", "SHA3SUMS". Empty when it holds none.
 std::string FunctionInName(const Name& list);
 
 // What a line's functions are, and whether that is certain.
@@ -49,8 +49,8 @@ class ListFunctions {
     // The lengths of digests without a tag that make a line one of the list.
     DigestSizes Sizes() const;
 
-    // Finds the functions of a line. Takes those digests off the line that are not to be checked, because the user
-    // named other functions, or because it has others besides that are known.
+    // Finds the functions of a line. Takes those digests off the line that are not to be checked,
+    // because the user named other functions, or because it has others besides that are known.
     LineFunctions Of(ListLine& line);
 
     bool IsDecided() const { return decided_; }
@@ -104,7 +104,8 @@ struct Guess {
     bool isFirst = false;                // it is the likeliest one
 };
 
-// Reads the file with the likeliest candidate and, if that does not match, once more with all others.
+// Reads the file with the likeliest candidate and, if that does not match, once more with all
+// others.
 Guess GuessFunction(FileHasher& hasher, const Name& file, std::string_view digest,
                     const std::vector<FunctionChoice>& candidates);
 

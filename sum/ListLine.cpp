@@ -163,7 +163,8 @@ bool LineParser::ParseTagged(std::string_view text, bool escaped, ListLine& line
     return SetName(text.substr(open + 1, close - open - 1), escaped, line);
 }
 
-// "        6  digest  name", the size in ten columns. Eight or sixteen digits at the margin may be a digest themselves.
+// "        6  digest  name", the size in ten columns. Eight or sixteen digits at the margin may be
+// a digest themselves.
 bool LineParser::ParseSizeColumn(std::string_view text, std::size_t indent, ListLine& line) {
     std::string_view rest = text;
     const std::string_view size = TakeWord(rest);
@@ -226,8 +227,8 @@ bool LineParser::ParseDigestFirst(std::string_view text, bool escaped, ListLine&
     return SetName(rest, escaped, line);
 }
 
-// By the rule of GNU's tools, a list has either one blank between digest and name, or a blank and one character more,
-// which is a blank or '*'; its first line decides.
+// By the rule of GNU's tools, a list has either one blank between digest and name, or a blank and
+// one character more, which is a blank or '*'; its first line decides.
 bool LineParser::TakeSeparator(std::string_view& rest) {
     if (rest.size() < 2 || !IsBlank(rest[0]))
         return false;

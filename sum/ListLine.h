@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One line of a checksum list, taken apart by what it looks like. What its functions are is decided elsewhere.
+// One line of a checksum list, taken apart by what it looks like. What its functions are is decided
+// elsewhere.
 #pragma once
 
 #include "sum/DigestText.h"
@@ -54,12 +55,14 @@ struct LineRules {
     bool endsInNul = false; // no escapes in names
 };
 
-// Takes lines apart. Remembers of a list whether one blank or two characters stand between digest and name.
+// Takes lines apart. Remembers of a list whether one blank or two characters stand between digest
+// and name.
 class LineParser {
   public:
     explicit LineParser(const LineRules& rules) : rules_(rules) {}
 
-    // Fills `line`, its number excepted, and says what it is. What it holds is of no use when it is malformed.
+    // Fills `line`, its number excepted, and says what it is. What it holds is of no use when it is
+    // malformed.
     LineKind Parse(std::string_view text, ListLine& line);
 
   private:
@@ -80,7 +83,8 @@ class LineParser {
     Separator separator_ = Separator::unknown;
 };
 
-// A row of hashdeep's table: the columns are those of its header ("size", "md5", "sha256", "filename").
+// A row of hashdeep's table: the columns are those of its header ("size", "md5", "sha256",
+// "filename").
 bool ParseTableRow(std::string_view text, const std::vector<std::string>& columns, ListLine& line);
 
 // "\\", "\n" and "\r" as GNU's tools write them. False when anything else follows a backslash.

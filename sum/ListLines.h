@@ -24,7 +24,8 @@ class PgpArmour {
     Place place_ = Place::outside;
 };
 
-// The report of the program fyrn: a line with the functions, then a block for each file, its name and its digests.
+// The report of the program fyrn: a line with the functions, then a block for each file, its name
+// and its digests.
 class FyrnReport {
   public:
     // Whether the line begins a report. All functions in it must be known.
@@ -32,8 +33,8 @@ class FyrnReport {
 
     explicit operator bool() const { return !functions_.empty(); }
 
-    // Takes a line in. Tells of an entry when it is complete, or of the one before it when that lacks digests; of
-    // nothing when more lines are needed.
+    // Takes a line in. Tells of an entry when it is complete, or of the one before it when that
+    // lacks digests; of nothing when more lines are needed.
     std::optional<LineKind> Take(const ListRecord& record, ListLine& line);
 
     // What is left when the list is at its end.
@@ -52,13 +53,14 @@ class FyrnReport {
     std::size_t next_ = 0;         // function whose digest may come next
 };
 
-// Reads a list to its end. Every line is told exactly once, as an entry or as malformed, but for blank ones, comments,
-// headers and armour. Lines that belong together are one entry.
+// Reads a list to its end. Every line is told exactly once, as an entry or as malformed, but for
+// blank ones, comments, headers and armour. Lines that belong together are one entry.
 class ListLines {
   public:
     ListLines(ListReader& reader, const LineRules& rules) : reader_(reader), rules_(rules) {}
 
-    // Fills `line` unless it returns LineKind::end. A lone digest is told when it is all that the list holds.
+    // Fills `line` unless it returns LineKind::end. A lone digest is told when it is all that the
+    // list holds.
     LineKind Next(ListLine& line);
 
   private:

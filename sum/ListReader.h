@@ -17,9 +17,9 @@ struct ListRecord {
     bool broken = false; // longer than ListReader::maxRecord, or no whole UTF-16: `text` is not all of it
 };
 
-// Takes off a byte order mark, turns UTF-16 that begins with one (of either order) into UTF-8, and splits at line ends.
-// A line may end with CR LF, and the last one without any. When the beginning of the list holds a NUL, records end with
-// NUL, and line ends are part of names.
+// Takes off a byte order mark, turns UTF-16 that begins with one (of either order) into UTF-8, and
+// splits at line ends. A line may end with CR LF, and the last one without any. When the beginning
+// of the list holds a NUL, records end with NUL, and line ends are part of names.
 class ListReader {
   public:
     // A longer record is cut and told as broken.
@@ -28,7 +28,8 @@ class ListReader {
     // Fills the beginning of the span and returns how much; 0 at the end of the list.
     using Source = std::function<std::size_t(std::span<char>)>;
 
-    // Reads ahead when the first record is asked for: maxRecord bytes, where a list with NULs must have its first one.
+    // Reads ahead when the first record is asked for: maxRecord bytes, where a list with NULs must
+    // have its first one.
     explicit ListReader(Source source) : source_(std::move(source)) {}
 
     // Reads the next record; false at the end. Throws std::bad_alloc and what the source throws.

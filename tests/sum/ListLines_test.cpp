@@ -14,7 +14,8 @@ const std::string md5 = "0cc175b9c0f1b6a831c399e269772661";
 const std::string sha1 = "86f7e437faa5a7fce15d1ddcb9eaeaea377667b8";
 const std::string crc16 = "5781";
 
-// Entries as "number:name" with "+" and the tag of each digest that has one, malformed lines as "number!".
+// Entries as "number:name" with "+" and the tag of each digest that has one, malformed lines as
+// "number!".
 std::string Lines(const std::string& list, bool gnuOnly = false) {
     std::size_t taken = 0;
     sum::ListReader reader([&](std::span<char> space) {
