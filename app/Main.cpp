@@ -37,7 +37,7 @@ int wmain(int argc, wchar_t* argv[]) {
     } catch (const ReaderGone&) {
         // Whatever was still to be done, nobody would see it.
     } catch (const std::bad_alloc&) {
-        // Not even a line of output finds memory; what was printed so far is complete.
+        // There is no memory for the usage text. A walk passes over what it has no memory for.
     }
     return 0;
 }

@@ -5,8 +5,6 @@
 #include "app/RenameByHash.h"
 #include "platform/Directory.h"
 
-#include <new>
-
 namespace {
 
 void ProcessRow(RunContext& context, const HashRow& row, const wchar_t* path) {
@@ -17,7 +15,9 @@ void ProcessRow(RunContext& context, const HashRow& row, const wchar_t* path) {
         context.report.PrintDigest(context);
 }
 
-void ReportAndRename(RunContext& context, const wchar_t* path) {
+} // namespace
+
+void ProcessFile(RunContext& context, const wchar_t* path) {
     platform::PathParts parts;
     platform::SplitPath(path, parts);
     context.report.PrintName(context, parts);
@@ -27,14 +27,4 @@ void ReportAndRename(RunContext& context, const wchar_t* path) {
             ProcessRow(context, hashTable[row], path);
     if (context.rename && context.report.PassOn())
         RenameByHash(context, path, parts.extension);
-}
-
-} // namespace
-
-void ProcessFile(RunContext& context, const wchar_t* path) {
-    try {
-        ReportAndRename(context, path);
-    } catch (const std::bad_alloc&) {
-        // What was not done yet is not done for this file; the next one may find memory again.
-    }
 }

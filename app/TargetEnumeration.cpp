@@ -27,6 +27,15 @@ SearchHandle Search(const wchar_t* pattern, FoundEntry& entry) {
     }
 }
 
+// The same for one that there is not even memory to remember.
+bool Enter(const wchar_t* directory) {
+    try {
+        return platform::EnterDirectory(directory);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
 bool IsSelfOrParent(const wchar_t* name) {
     return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
 }
@@ -130,7 +139,7 @@ void ProcessTarget(RunContext& context, const wchar_t* argument) {
 
 bool ProcessDirectory(RunContext& context, const wchar_t* directory) {
     wchar_t previous[maxPath];
-    if (!platform::CurrentDirectory(previous, maxPath) || !platform::EnterDirectory(directory))
+    if (!platform::CurrentDirectory(previous, maxPath) || !Enter(directory))
         return true;
     WalkCurrentDirectory(context, directory);
     return platform::LeaveDirectory(previous);

@@ -26,6 +26,39 @@ class EveryFault(InjectedCase):
             self.assertTrue(any(line.startswith(last) for line in whole), (fault, last))
         self.assertGreater(self.injected, 20)
 
+    def check_one_loss(self, whole, left, fault):
+        """Of a report one file may be missing, or all files of one directory, and nothing else."""
+        missing = [line for line in whole if line not in left]
+        self.assertEqual(left, [line for line in whole if line not in missing], fault)
+        directories = {os.path.dirname(line) for line in missing if line.startswith("/")}
+        self.assertLessEqual(len(directories), 1, fault)
+        if len(missing) > 2:
+            self.assertEqual(len(missing), 2 * self.FILES, fault)
+
+    FILES = 60
+
+    def test_an_allocation_that_fails_costs_one_file_or_one_directory(self):
+        for directory in ("d", "e", "f", "g"):
+            for number in range(self.FILES):
+                name = f"{directory}/{number:0100}"
+                self.write(name, name.encode())
+        targets = [self.path(name) for name in ("d", "e", "f", "g/*")]
+        _, _, *whole = self.run_with(Fault("none"), "-hash=SHA1", "-verbosity=3", *targets).splitlines()
+        self.assertEqual(len(whole), 4 * 2 * self.FILES)
+        silent = 0
+        for number in range(1, 2000):
+            before = self.injected
+            fault = Fault(f"fail malloc {number} 1 {errno.ENOMEM}")
+            lines = self.run_with(fault, "-hash=SHA1", "-verbosity=3", *targets).splitlines()
+            if self.injected == before:
+                break
+            if lines:
+                self.check_one_loss(whole, lines[2:], fault)
+            else:
+                silent += 1  # there was no memory for the command line itself
+        self.assertLess(silent, 20)
+        self.assertGreater(number, 4 * self.FILES)
+
     def test_a_hundred_faults_while_hashing(self):
         print(f"seed {SEED}")
         plans = self.random_plans(random.Random(SEED))
