@@ -133,6 +133,17 @@ class Progress(ScratchCase):
             self.assertRegex(line, rb"/large  (MD6-512 1|WHIRLPOOL 2)/2  [\d.]+ [KM]iB of %d\.0 MiB(  |$)" % size)
         self.assertTrue(any(re.search(rb" MiB  [\d.]+ [KMG]iB/s  \d+:\d\d left$", line) for line in lines), lines)
 
+    def test_speed_does_not_count_the_time_before_the_first_byte(self):
+        process, reader = self.on_terminal("-hash=MD5", "slow")
+        with open(self.path("slow"), "wb"):
+            time.sleep(4)
+            begin = time.monotonic()
+            mebibytes = len(self.feed(1.5)) / (1 << 20)
+            speed = mebibytes / (time.monotonic() - begin)
+        self.finish(process, reader)
+        shown = [float(text) for text in re.findall(rb"  ([\d.]+) MiB/s\x1b", reader.text)]
+        self.assertGreater(max(shown), speed * 0.6)
+
     def test_a_terminal_that_does_not_know_its_width_is_taken_to_have_80_columns(self):
         name = "n" * 100
         os.mkfifo(self.path(name))
