@@ -14,9 +14,9 @@ namespace sum {
 
 // What came of one file.
 struct FileResult {
-    int error = 0;          // errno of opening or reading; 0 when the file was read to its end
-    std::uint64_t size = 0; // bytes read
-    std::vector<std::vector<std::byte>> digests; // one for each function, in their order; none after an error
+    int error = 0;                               // errno of opening or reading, or 0
+    std::uint64_t size = 0;                      // bytes read
+    std::vector<std::vector<std::byte>> digests; // one a function; none after an error
 };
 
 // Functions that are computed together. Shared by jobs, since long lists name the same few again
@@ -28,9 +28,10 @@ class ReadWatcher {
   public:
     virtual ~ReadWatcher() = default;
     virtual void Begin(const Name& name) = 0;
-    virtual void
-    WillWait() = 0; // the file is large or no regular one: results that are held back should be shown now
     virtual void Read(std::size_t bytes) = 0;
+
+    // Reading may take long, so that lines which are held back should be shown.
+    virtual void WillWait() = 0;
 };
 
 // Hashes one file after the other in one thread.

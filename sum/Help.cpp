@@ -3,20 +3,42 @@
 
 #include "sum/OptionTable.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace sum {
 
 namespace {
 
-constexpr std::size_t helpColumn = 29;
+constexpr std::size_t helpColumn = 27;
+constexpr std::size_t lineWidth = 79;
 
-void Pad(std::string& text, std::size_t lineStart, std::size_t column) {
-    const std::size_t length = text.size() - lineStart;
-    if (length + 2 > column)
-        text += '\n' + std::string(column, ' ');
+// Moves to a column, on the next line if the text is there already. The text ends in a line that
+// begins at `lineStart`.
+void MoveTo(std::string& text, std::size_t lineStart, std::size_t column) {
+    if (text.size() - lineStart < column)
+        text.resize(lineStart + column, ' ');
     else
-        text.append(column - length, ' ');
+        text.append(1, '\n').append(column, ' ');
+}
+
+// Appends words in lines that begin at the column where the text ends.
+void AppendWrapped(std::string& text, std::string_view words) {
+    std::size_t column = helpColumn;
+    while (!words.empty()) {
+        const std::string_view word = words.substr(0, words.find(' '));
+        words.remove_prefix(std::min(words.size(), word.size() + 1));
+        if (column != helpColumn && column + 1 + word.size() > lineWidth) {
+            text.append(1, '\n').append(helpColumn, ' ');
+            column = helpColumn;
+        }
+        if (column != helpColumn) {
+            text += ' ';
+            ++column;
+        }
+        text += word;
+        column += word.size();
+    }
 }
 
 // "  -o, --output=FILE", and from a fixed column on what it does.
@@ -27,12 +49,8 @@ void AppendOption(std::string& text, const OptionRow& row) {
         text.append(row.letter != 0 ? ", --" : "  --").append(row.name);
     if (!row.argument.empty())
         text.append("=").append(row.argument);
-    Pad(text, start, helpColumn);
-    for (const char c : row.help) {
-        text += c;
-        if (c == '\n')
-            text.append(helpColumn, ' ');
-    }
+    MoveTo(text, start, helpColumn);
+    AppendWrapped(text, row.help);
     text += '\n';
 }
 
@@ -72,7 +90,7 @@ std::string HelpText(const Tool& tool) {
     for (const OptionRow& row : OptionTable())
         if (Has(row, tool) && !row.help.empty())
             AppendOption(text, row);
-    text += "\nLong options may be shortened. The exit status is 0 when all went well, else 1.\n";
+    text += "\nLong options may be shortened. The exit status is 0, or 1 upon any trouble.\n";
     if (tool.kind == ToolKind::fyrnsum)
         text += "fyrnsum(1) tells more; fyrnsum --list-functions names the hash functions.\n";
     return text;

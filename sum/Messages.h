@@ -32,8 +32,12 @@ std::string ErrorText(int error);
 // The name as a POSIX shell takes it: as it is, or quoted when anything in it is unusual. Control
 // characters, bytes that are no UTF-8 and characters that hide or turn text come out as escapes
 // ('a'$'\n''b').
-std::string Quoted(std::string_view name);       // also when it holds ':' or nothing, as in "NAME: reason"
-std::string QuotedAlways(std::string_view name); // in quotes in any case
-std::string QuotedPlain(std::string_view text);  // 'text', with C escapes: an option's argument in a sentence
+std::string Quoted(std::string_view name);
+
+// The same in quotes in any case.
+std::string QuotedAlways(std::string_view name);
+
+// 'text' with C's escapes, as an option's argument stands in a sentence.
+std::string QuotedPlain(std::string_view text);
 
 } // namespace sum

@@ -28,7 +28,7 @@ std::optional<std::string> NameFile::Next() {
     std::size_t searched = place_;
     std::size_t found;
     while ((found = buffer_.find(end_, searched)) == std::string::npos) {
-        searched = buffer_.size() - place_; // where the search goes on, once what was given out is gone
+        searched = buffer_.size() - place_; // counted without what Fill takes away
         if (Fill())
             continue;
         if (error_ != 0 || place_ == buffer_.size())

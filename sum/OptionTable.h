@@ -55,7 +55,7 @@ struct OptionRow {
     std::string_view name;     // empty: only the letter
     std::string_view argument; // what help calls it; empty: it takes none
     unsigned tools;            // ToolKind bits
-    std::string_view help;     // lines; empty: not shown, as another spelling of the row before
+    std::string_view help;     // a sentence without a stop; empty: not shown, another spelling
 };
 
 // In the order of the help, which is also that of the tools' own help.

@@ -25,13 +25,14 @@ class Printer : public InputSink {
   public:
     explicit Printer(const Options& options);
 
+    // Hashes all files. Returns the exit status.
+    int Run();
+
     void File(const Name& name) override;
     void Trouble(const Name& name, const std::string& reason) override;
-    int Finish();
-
-    std::vector<platform::FileIdentity> OwnFiles() const;
 
   private:
+    std::vector<platform::FileIdentity> OwnFiles() const;
     void AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output);
     void Told(const Name& name, const FileResult& result);
     void Fail(const Name& name, const std::string& reason);
@@ -44,6 +45,23 @@ class Printer : public InputSink {
     std::vector<List> lists_;
     std::string lines_;
     bool failed_ = false;
+};
+
+// Finds out how much there is to do.
+class Measure : public InputSink {
+  public:
+    void File(const Name& name) override {
+        platform::EntryStatus status;
+        ++amount_.files;
+        if (name != "-" && platform::LookAt(name, true, status) == 0)
+            amount_.bytes += status.size;
+    }
+    void Trouble(const Name&, const std::string&) override {} // is told when it is met again
+
+    const Amount& Found() const { return amount_; }
+
+  private:
+    Amount amount_;
 };
 
 Name OutputNameFor(const FunctionChoice& choice, Name output) {
@@ -110,7 +128,14 @@ void Printer::Told(const Name& name, const FileResult& result) {
     }
 }
 
-int Printer::Finish() {
+int Printer::Run() {
+    const std::vector<platform::FileIdentity> ownFiles = OwnFiles();
+    if (progress_.IsShown() && options_.namesFrom != "-") {
+        Measure measure;
+        ForEachInput(options_, ownFiles, measure);
+        progress_.SetTotal(measure.Found());
+    }
+    ForEachInput(options_, ownFiles, *this);
     queue_.Finish();
     Out().Flush();
     for (OutputFile& output : outputs_)
@@ -121,9 +146,7 @@ int Printer::Finish() {
 } // namespace
 
 int Print(const Options& options) {
-    Printer printer(options);
-    ForEachInput(options, printer.OwnFiles(), printer);
-    return printer.Finish();
+    return Printer(options).Run();
 }
 
 } // namespace sum

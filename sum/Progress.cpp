@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sum/Progress.h"
 
+#include "platform/ByteStream.h"
 #include "platform/Status.h"
 #include "platform/Text.h"
 #include "sum/Output.h"
@@ -16,13 +17,14 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds silence{2000}; // a run that ends sooner shows nothing
 constexpr milliseconds interval{100};
+constexpr milliseconds intervalOfLines{1000}; // where no terminal takes a line back
 
 // Looking at the clock takes longer than hashing a few bytes, so it waits for this many. A file
 // counts as some more.
 constexpr std::size_t bytesPerLook = 256 * 1024;
 constexpr std::size_t extraPerFile = 16 * 1024;
 
-constexpr std::size_t usualColumns = 80; // where a line is wanted, and no terminal tells its width
+constexpr std::size_t usualColumns = 80; // where no terminal tells its width
 
 } // namespace
 
@@ -66,13 +68,15 @@ void Progress::Look() {
 }
 
 void Progress::Show(Clock::time_point now) {
-    next_ = now + interval;
     const std::size_t width = platform::StatusColumns();
     const std::size_t columns = std::min(width != 0 ? width : usualColumns, platform::maxStatusLength);
     const double seconds = std::chrono::duration<double>(now - start_).count();
     const std::string text = ProgressText(name_, done_, total_, seconds, columns);
-    if (!text.empty())
+    next_ = now + (width != 0 ? interval : intervalOfLines);
+    if (width != 0 && !text.empty())
         platform::ShowStatus(platform::DecodeName(text).c_str());
+    else if (width == 0 && !platform::ErrorsAreTerminal())
+        platform::WriteToErrors(text + '\n');
 }
 
 } // namespace sum

@@ -62,7 +62,7 @@ std::size_t ColumnsOf(const Character& character) {
 std::string PathText(std::string_view path, std::size_t columns) {
     constexpr std::string_view omitted = "...";
     std::string text;
-    std::vector<std::pair<std::size_t, std::size_t>> characters; // place in the text, columns
+    std::vector<std::pair<std::size_t, std::size_t>> characters; // place, columns
     std::size_t taken = 0;
     while (!path.empty()) {
         const Character character = FirstCharacter(path);
@@ -85,7 +85,8 @@ std::string ProgressText(const Name& name, const Amount& done, const Amount& tot
                          std::size_t columns) {
     constexpr std::size_t leastPath = 8;
     const std::string figures = Figures(done, total, seconds);
-    const std::size_t taken = figures.size() + 1; // the last column stays free, or the line would be broken
+    // The last column stays free, or the line would be broken.
+    const std::size_t taken = figures.size() + 1;
     if (columns < taken + leastPath)
         return {};
     return PathText(name, columns - taken) + figures;

@@ -11,8 +11,7 @@ namespace sum {
 struct Character {
     std::size_t length = 1; // bytes
     bool valid = false;     // UTF-8; otherwise a single byte
-    bool showable =
-        false; // can stand in a message: no control character, none that hides or turns what is beside it
+    bool showable = false;  // in messages: no control, and nothing that hides or turns text
     std::uint32_t code = 0;
 };
 

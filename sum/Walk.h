@@ -18,7 +18,9 @@ class InputSink {
   public:
     virtual ~InputSink() = default;
     virtual void File(const Name& name) = 0;
-    virtual void Trouble(const Name& name, const std::string& reason) = 0; // cannot be looked at or entered
+
+    // Something could not be looked at or entered.
+    virtual void Trouble(const Name& name, const std::string& reason) = 0;
 };
 
 // Walks one tree after the other. Of the paths of each the order is that of their bytes. Links are
@@ -48,7 +50,7 @@ class Walk {
     Name path_;             // of what is being looked at
     std::size_t below_ = 0; // where in it the part below the operand begins
     std::uint64_t device_ = 0;
-    std::vector<platform::FileIdentity> above_; // the directories on the way, where links are followed
+    std::vector<platform::FileIdentity> above_; // the directories on the way
 };
 
 } // namespace sum

@@ -54,7 +54,7 @@ TEST(CommandLine, LongOptionsMayBeShortened) {
     EXPECT_EQ(Read({"--alg=md5"}).functions[0].tag, "MD5");
     EXPECT_EQ(Read({"--alg", "md5"}).functions[0].tag, "MD5");
     EXPECT_EQ(Complaint({"--s"}), "option '--s' is ambiguous; possibilities: '--status' '--strict'");
-    EXPECT_EQ(Read({"--raw", "x"}).encoding, Encoding::raw); // exact, although nothing else begins so
+    EXPECT_EQ(Read({"--raw", "x"}).encoding, Encoding::raw);
     EXPECT_EQ(Complaint({"--files"}),
               "option '--files' is ambiguous; possibilities: '--files-from' '--files0-from'");
 }

@@ -32,7 +32,7 @@ TEST(Quoting, NoControlCharacterGetsThrough) {
     EXPECT_EQ(Quoted("\x1b[2J"), "''$'\\033''[2J'");
     EXPECT_EQ(Quoted("a\r"), "'a'$'\\r'");
     EXPECT_EQ(Quoted("\x7f'"), "''$'\\177'\\'''");
-    EXPECT_EQ(Quoted("\xc2\x9b"), "''$'\\302\\233'"); // the one-character form of the terminal's escape
+    EXPECT_EQ(Quoted("\xc2\x9b"), "''$'\\302\\233'"); // the terminal's escape in one character
 }
 
 TEST(Quoting, NeitherDoBytesThatAreNoTextOrMarksThatTurnIt) {
