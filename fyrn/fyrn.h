@@ -41,6 +41,10 @@ size_t fyrn_function_block_size(const fyrn_function* function);
 /* The implementation in use on this processor, such as "avx512" or "portable". */
 const char* fyrn_function_kernel(const fyrn_function* function);
 
+/* How many messages fyrn_hash_update_many should be given at once to be fastest on this processor; 1 when side by side
+ * is no faster. */
+size_t fyrn_function_lanes(const fyrn_function* function);
+
 /* Begins a message. The caller frees it with fyrn_hash_free. NULL when memory runs out. */
 fyrn_hash* fyrn_hash_new(const fyrn_function* function);
 

@@ -56,6 +56,9 @@ class Function {
     std::size_t DigestSize() const { return fyrn_function_digest_size(row_); } // bytes
     std::size_t BlockSize() const { return fyrn_function_block_size(row_); }   // bytes
 
+    // How many messages UpdateMany should be given at once to be fastest here.
+    std::size_t Lanes() const { return fyrn_function_lanes(row_); }
+
     const fyrn_function* Row() const { return row_; }
     bool operator==(const Function&) const = default;
 

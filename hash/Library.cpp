@@ -108,6 +108,10 @@ const char* fyrn_function_kernel(const fyrn_function* function) {
     return function->stream->kernel();
 }
 
+size_t fyrn_function_lanes(const fyrn_function* function) {
+    return function->stream->lanes();
+}
+
 fyrn_hash* fyrn_hash_new(const fyrn_function* function) {
     return fyrn_hash_new_sized(function, function->digestSize);
 }

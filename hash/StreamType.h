@@ -23,6 +23,7 @@ struct StreamType {
                        std::size_t count);
     void (*finish)(void* stream, std::uint8_t* digest);
     const char* (*kernel)(); // the name of the kernel in use
+    std::size_t (*lanes)();  // of the best kernel for many messages here; 1 when there is none
 };
 
 inline constexpr std::size_t maxStreamAlignment = 64;
@@ -41,6 +42,14 @@ constexpr auto UpdateManyOf() -> decltype(StreamType::updateMany) {
         return nullptr;
 }
 
+template <class Stream>
+std::size_t LanesOf() {
+    if constexpr (requires { Stream::Lanes(); })
+        if (const auto* const kernel = kernels::ChooseLanes(Stream::Lanes(), maxLaneJobs))
+            return kernel->lanes;
+    return 1;
+}
+
 // `make(memory, digestSize)` constructs the stream.
 template <class Stream, class Make>
 constexpr StreamType MakeStreamType(Make make) {
@@ -53,7 +62,8 @@ constexpr StreamType MakeStreamType(Make make) {
                      std::size_t count) { static_cast<Stream*>(stream)->Update(bytes, count); },
         .updateMany = UpdateManyOf<Stream>(),
         .finish = [](void* stream, std::uint8_t* digest) { static_cast<Stream*>(stream)->Finish(digest); },
-        .kernel = Stream::Kernel};
+        .kernel = Stream::Kernel,
+        .lanes = LanesOf<Stream>};
 }
 
 // Of a stream class without parameters.

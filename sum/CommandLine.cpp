@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sum/CommandLine.h"
 
+#include "platform/Processors.h"
 #include "sum/Arguments.h"
 #include "sum/FunctionRequest.h"
 #include "sum/Messages.h"
@@ -16,7 +17,9 @@ namespace {
 class Reader {
   public:
     Reader(const Tool& tool, std::span<const std::string> arguments)
-        : tool_(tool), arguments_(tool, arguments), request_(tool) {}
+        : tool_(tool), arguments_(tool, arguments), request_(tool) {
+        options_.jobs = platform::UsableProcessors();
+    }
 
     Options Read();
 

@@ -64,7 +64,7 @@ struct Options {
     bool namesEndInNul = false;
 
     std::optional<Name> output;
-    unsigned jobs = 1;
+    unsigned jobs = 1; // the command line's default: the processors that can be used
     Watch progress = Watch::automatic;
     bool debug = false;
 };
