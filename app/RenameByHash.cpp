@@ -5,7 +5,8 @@
 // part on purpose: a file met in a walk stays in the walked directory, which is the current one, and a file
 // named on the command line is collected in the directory in which the program was started.
 //
-// A name that a link holds is no reason to delete a file: the link may lead to the file itself, or nowhere.
+// A name that a link holds is no reason to delete a file: the link may lead to the file itself, or
+// nowhere.
 #include "app/RenameByHash.h"
 
 #include "platform/Directory.h"
@@ -22,8 +23,8 @@ bool IsHeldByAnother(MoveResult result) {
     return result == MoveResult::nameTaken || result == MoveResult::nameBlocked;
 }
 
-// Where all names are taken, the file keeps its own. So it does at the first name that fails for another reason: what
-// is true of a full disk is true of it for the next number, too.
+// Where all names are taken, the file keeps its own. So it does at the first name that fails for
+// another reason: a disk that is full for one number is full for the next.
 void MoveToNumberedName(const RunContext& context, const wchar_t* path, const wchar_t* extension) {
     wchar_t name[platform::maxPath];
     for (int number = 0; number < numberedNames; ++number) {
@@ -41,6 +42,8 @@ void RenameByHash(const RunContext& context, const wchar_t* path, const wchar_t*
     const MoveResult result = platform::MoveWithoutReplacing(path, name);
     if (!context.deleteOnCollision && IsHeldByAnother(result))
         MoveToNumberedName(context, path, extension);
-    if (context.deleteOnCollision && (result == MoveResult::nameTaken || result == MoveResult::failed))
-        platform::RemoveFile(path); // whatever the reason of the failed move was
+    if (context.deleteOnCollision && result == MoveResult::nameTaken)
+        platform::RemoveInFavourOf(path, name);
+    if (context.deleteOnCollision && result == MoveResult::failed)
+        platform::RemoveFile(path); // whatever the reason was
 }

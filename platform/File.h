@@ -44,16 +44,25 @@ void Close(InputFile& file);
 void AllowSpecialFiles(bool allow);
 
 enum class MoveResult {
-    moved,       // also: the file bore the name already
-    nameTaken,   // by another file or by a directory
-    nameBlocked, // by a link, wherever it leads: no sign that a second file of this content is there
-    stays,       // the file may not go: it is a link, a directory or special, or this process has it open
-    failed,      // for any other reason
+    moved,     // also: the file bore the name already
+    nameTaken, // by another file or by a directory
+    // By what is no sign that a second file of this content is there: a link, wherever it leads, or an
+    // empty file that may stand there for another run.
+    nameBlocked,
+    // The file may not go: it is a link, a directory or special, this process has it open, or somebody
+    // else moves or changes it.
+    stays,
+    failed, // for any other reason
 };
 
 // Moves a regular file, also to another file system (as a copy that is complete or absent). Never replaces
 // anything. Unless it is moved, everything is as it was.
 MoveResult MoveWithoutReplacing(const wchar_t* from, const wchar_t* to);
+
+// Removes a file whose move failed because `other` has the name, if that is so still: no run of
+// this program removes `other` for this file's sake at the same time. If the name has become free,
+// the file may be moved instead. True when it was removed.
+bool RemoveInFavourOf(const wchar_t* path, const wchar_t* other);
 
 // Removes a file that MoveWithoutReplacing would not refuse as one that stays. True on success.
 bool RemoveFile(const wchar_t* path);

@@ -142,7 +142,7 @@ InputFile OpenForReading(const wchar_t* path) {
     InputFile file;
     if (descriptor == noFile)
         return file;
-    RememberOpenFile(descriptor, FileIdentity(status));
+    RememberOpenFile(descriptor, native, FileIdentity(status));
     file.native = descriptor;
     if (S_ISREG(status.st_mode))
         file.left = status.st_size;

@@ -20,10 +20,18 @@ int LinkItself(const char* from, const char* to) {
     return linkat(AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 
+int OpenUnnamed(const char* directory) {
+    return open(directory, O_WRONLY | O_TMPFILE | O_CLOEXEC, 0600);
+}
+
+int NameUnnamed(const char* descriptor, const char* to) {
+    return linkat(AT_FDCWD, descriptor, AT_FDCWD, to, AT_SYMLINK_FOLLOW);
+}
+
 } // namespace
 
-constexpr MoveCalls systemMoveCalls = {RenameNoReplace, LinkItself, std::rename, unlink,
-                                       write,           fchown,     fsync};
+constexpr MoveCalls systemMoveCalls = {RenameNoReplace, LinkItself, std::rename, unlink, OpenUnnamed,
+                                       NameUnnamed,     write,      fchown,      fsync};
 
 MoveCalls moveCalls = systemMoveCalls;
 

@@ -12,6 +12,8 @@ struct MoveCalls {
     int (*link)(const char* from, const char* to); // of a link, not of what it leads to
     int (*rename)(const char* from, const char* to);
     int (*unlink)(const char* path);
+    int (*openUnnamed)(const char* directory);                  // a new file to be written, without a name
+    int (*nameUnnamed)(const char* descriptor, const char* to); // given as its entry in /proc/self/fd
     ssize_t (*write)(int descriptor, const void* bytes, std::size_t count);
     int (*fchown)(int descriptor, uid_t owner, gid_t group);
     int (*fsync)(int descriptor);

@@ -1,11 +1,22 @@
 // SPDX-License-Identifier: MIT
+//
+// Two runs may meet at one name. Where the system renames without replacing in one step, each sees
+// the other's file or none. Elsewhere only the creation of a file is sure not to replace anything,
+// and a placeholder stands under the digest name for a moment: a file that is not there yet, for
+// which nothing may be deleted.
+//
+// Nothing is: placeholders come and go, and files are removed, under the locks of both directories,
+// so that no run that removes sees a living one. One that a killed run left behind is empty, on a
+// file system without links, and no file with content is removed for such a one. The locks also
+// keep two runs with different digests from removing each of two equal files for the other's sake.
 #include "platform/MoveSteps_Posix.h"
 
 #include "platform/MoveCalls_Posix.h"
+#include "platform/MoveLocks_Posix.h"
+#include "platform/MoveNames_Posix.h"
 
-#include <algorithm>
 #include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,19 +24,34 @@ namespace platform {
 
 namespace {
 
-bool IsWithin(std::string_view path, std::string_view directory) {
-    return path.starts_with(directory) && (path.size() == directory.size() || path[directory.size()] == '/');
+// Whether the file system refuses a second name for a file. Only there placeholders are made.
+bool KnowsNoLinks(const char* path) {
+    char probe[PATH_MAX];
+    const int length = std::snprintf(probe, sizeof probe, "%s/.fyrn-%ld-link.tmp",
+                                     SplitNativePath(path).parent, static_cast<long>(getpid()));
+    if (length < 0 || static_cast<std::size_t>(length) >= sizeof probe || moveCalls.link(path, probe) != 0)
+        return true;
+    moveCalls.unlink(probe);
+    return false;
 }
 
-bool Exists(const char* path) {
-    struct stat status;
-    return lstat(path, &status) == 0;
+// Whether what is at `to` may be a placeholder that is not for `from`. An empty file has an empty
+// one's name by right.
+bool MayBePlaceholder(const char* from, const char* to) {
+    struct stat statusFrom;
+    struct stat statusTo;
+    return lstat(to, &statusTo) == 0 && S_ISREG(statusTo.st_mode) && statusTo.st_size == 0 &&
+           lstat(from, &statusFrom) == 0 && statusFrom.st_size != 0 && KnowsNoLinks(to);
 }
 
-bool IsSameDirectory(const char* a, const char* b) {
-    struct stat statusA;
-    struct stat statusB;
-    return stat(a, &statusA) == 0 && stat(b, &statusB) == 0 && FileIdentity(statusA) == FileIdentity(statusB);
+// No file is missing where the target is what does not exist: no name, or no directory for it.
+bool HasPlaceFor(const char* to) {
+    const SplitNativePath split(to);
+    return *split.name != '\0' && Exists(split.parent);
+}
+
+bool IsFlagUnknown(int error) {
+    return error == EINVAL || error == ENOSYS || error == EOPNOTSUPP;
 }
 
 // Takes the first of a file's two names away. Whatever somebody else put under either name in the meantime stays.
@@ -53,7 +79,6 @@ bool IsUntouched(const char* path, const FileIdentity& placeholder) {
     return lstat(path, &status) == 0 && FileIdentity(status) == placeholder && status.st_size == 0;
 }
 
-// For file systems without hard links: only the creation of a file is sure not to replace anything there.
 int MoveOverPlaceholder(const char* from, const char* to) {
     struct stat status;
     if (const int error = CreatePlaceholder(to, status); error != 0)
@@ -75,68 +100,55 @@ bool AllowsPlaceholder(int linkError) {
 }
 
 // A second name never replaces anything; then the first one goes.
-int RenameWithoutFlag(const char* from, const char* to) {
-    struct stat status;
+int RenameInSteps(const char* from, const FileIdentity& file, const char* to) {
     if (Exists(to))
-        return IsSameName(from, to) ? 0 : EEXIST;
-    if (lstat(from, &status) != 0)
-        return errno;
+        return EEXIST;
     if (moveCalls.link(from, to) == 0)
-        return RemoveFirstName(from, to, FileIdentity(status));
+        return RemoveFirstName(from, to, file);
     const int error = errno;
     return AllowsPlaceholder(error) ? MoveOverPlaceholder(from, to) : error;
 }
 
+int RenameInOneStep(const char* from, const char* to) {
+    return moveCalls.renameNoReplace(from, to) == 0 ? 0 : errno;
+}
+
 } // namespace
 
-SplitNativePath::SplitNativePath(const char* path) {
-    const char* const separator = std::strrchr(path, '/');
-    name = separator == nullptr ? path : separator + 1;
-    const std::string_view before = separator == nullptr ? std::string_view(".")
-                                    : separator == path  ? std::string_view("/")
-                                                         : std::string_view(path, separator);
-    parent[before.copy(parent, sizeof parent - 1)] = '\0';
+MoveResult ResultOfHolder(const char* from, const char* to) {
+    if (IsSameName(from, to))
+        return MoveResult::moved;
+    return IsLink(to) || MayBePlaceholder(from, to) ? MoveResult::nameBlocked : MoveResult::nameTaken;
 }
 
-bool BelongsToSystem(std::string_view directory) {
-    return IsWithin(directory, "/proc") || (IsWithin(directory, "/dev") && !IsWithin(directory, "/dev/shm"));
-}
-
-bool IsLink(const char* path) {
-    struct stat status;
-    return lstat(path, &status) == 0 && S_ISLNK(status.st_mode);
-}
-
-bool Names(const char* path, const FileIdentity& file) {
-    struct stat status;
-    return lstat(path, &status) == 0 && FileIdentity(status) == file;
-}
-
-bool IsSameName(const char* from, const char* to) {
-    struct stat status;
-    if (lstat(from, &status) != 0 || !Names(to, FileIdentity(status)))
-        return false;
-    if (status.st_nlink == 1)
-        return true;
-    const SplitNativePath splitFrom(from);
-    const SplitNativePath splitTo(to);
-    return std::strcmp(splitFrom.name, splitTo.name) == 0 &&
-           IsSameDirectory(splitFrom.parent, splitTo.parent);
-}
-
-int RenameWithoutReplacing(const char* from, const char* to) {
-    if (moveCalls.renameNoReplace(from, to) == 0)
-        return 0;
-    switch (const int error = errno) {
+std::optional<MoveResult> ResultOf(int error, const char* from, const char* to) {
+    switch (error) {
+    case 0:
+        return MoveResult::moved;
     case EEXIST:
-        return IsSameName(from, to) ? 0 : EEXIST;
-    case EINVAL: // the file system or the kernel does not know the flag
-    case ENOSYS:
-    case EOPNOTSUPP:
-        return RenameWithoutFlag(from, to);
+        return ResultOfHolder(from, to);
+    case EXDEV:
+        return std::nullopt;
+    case ENOENT: // another run may have moved the file
+        return HasPlaceFor(to) ? MoveResult::stays : MoveResult::failed;
     default:
-        return error;
+        return MoveResult::failed;
     }
+}
+
+std::optional<MoveResult> RenameUnderLocks(const char* from, const FileIdentity& file, const char* to) {
+    if (!Names(from, file))
+        return MoveResult::stays;
+    const int error = RenameInOneStep(from, to);
+    return ResultOf(IsFlagUnknown(error) ? RenameInSteps(from, file, to) : error, from, to);
+}
+
+std::optional<MoveResult> Rename(const char* from, const FileIdentity& file, const char* to) {
+    const int error = RenameInOneStep(from, to);
+    if (!IsFlagUnknown(error) && !(error == EEXIST && MayBePlaceholder(from, to)))
+        return ResultOf(error, from, to);
+    const DirectoryLocks locks(from, to);
+    return locks ? RenameUnderLocks(from, file, to) : MoveResult::stays;
 }
 
 } // namespace platform

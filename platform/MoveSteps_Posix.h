@@ -1,42 +1,32 @@
 // SPDX-License-Identifier: MIT
 // The steps of a move. None of them ever replaces a file, or removes one that it cannot answer for.
+// In all of them `file` is what `from` named when the move began; where it names something else by
+// now, that stays.
 #pragma once
 
+#include "platform/File.h"
 #include "platform/FileIdentity_Posix.h"
 
-#include <climits>
-#include <string_view>
+#include <optional>
 
 namespace platform {
 
-// A path's directory ("." when it has none) and its last component.
-struct SplitNativePath {
-    explicit SplitNativePath(const char* path);
+// The result of a call that failed with `error`, or of one that did not (0). None for EXDEV: the
+// target is on another file system.
+std::optional<MoveResult> ResultOf(int error, const char* from, const char* to);
 
-    char parent[PATH_MAX];
-    const char* name; // into the path
-};
+// What it means for a move that `to` exists: moved when it is the very name of the file.
+MoveResult ResultOfHolder(const char* from, const char* to);
 
-// Whether a directory, by its full path, is one whose names belong to the system: /dev/stdin is no name to be
-// given away. /dev/shm is ordinary storage.
-bool BelongsToSystem(std::string_view directory);
+// Renames within one file system, in one step where that is possible. None: the target is on
+// another one.
+std::optional<MoveResult> Rename(const char* from, const FileIdentity& file, const char* to);
 
-bool IsLink(const char* path);
-
-// Whether a path names this very file or, for a link, this very link.
-bool Names(const char* path, const FileIdentity& file);
-
-// Whether both paths name one file under one name, whatever way leads there: another directory path, a second
-// mount, another spelling where the file system knows only one. Two hard links of a file are two names.
-bool IsSameName(const char* from, const char* to);
-
-// Renames within one file system. 0 for success, which includes that the file already bears the name; else the
-// error number, EXDEV when the target is on another file system.
-int RenameWithoutReplacing(const char* from, const char* to);
+// The same for a caller who holds the locks of both directories.
+std::optional<MoveResult> RenameUnderLocks(const char* from, const FileIdentity& file, const char* to);
 
 // Moves a regular file to another file system: the copy appears under its name when it is complete, and the
 // original goes after that. When only the original cannot be removed, the move has succeeded and both remain.
-// 0 for success, else the error number.
-int MoveByCopy(const char* from, const char* to);
+MoveResult MoveByCopy(const char* from, const FileIdentity& file, const char* to);
 
 } // namespace platform

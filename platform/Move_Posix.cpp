@@ -3,36 +3,41 @@
 #include "platform/File.h"
 
 #include "platform/MoveCalls_Posix.h"
+#include "platform/MoveLocks_Posix.h"
+#include "platform/MoveNames_Posix.h"
 #include "platform/MoveSteps_Posix.h"
 #include "platform/NativePath_Posix.h"
 #include "platform/OpenFiles_Posix.h"
 
-#include <cerrno>
 #include <cstdlib>
 
 namespace platform {
 
 namespace {
 
-MoveResult ResultOf(int error, const char* to) {
-    if (error == 0)
-        return MoveResult::moved;
-    if (error == EEXIST)
-        return IsLink(to) ? MoveResult::nameBlocked : MoveResult::nameTaken;
-    return MoveResult::failed;
-}
-
 bool IsInSystemDirectory(const char* path) {
     char resolved[PATH_MAX];
     return realpath(SplitNativePath(path).parent, resolved) == nullptr || BelongsToSystem(resolved);
 }
 
-// Regular files, none that is still open. A link stays: with the name of a digest it would stand in the way of the
-// very file that it leads to, which `-renamedel` would delete for it.
-bool MayGo(const char* path) {
+// Regular files, none that is still open, and none that was put in the place of the one that was
+// read. A link stays: with the name of a digest it would stand in the way of the very file that it
+// leads to, which `-renamedel` would delete for it.
+std::optional<FileIdentity> FileThatMayGo(const char* path) {
     struct stat status;
-    return lstat(path, &status) == 0 && S_ISREG(status.st_mode) && !IsHeldOpen(path, FileIdentity(status)) &&
-           !IsInSystemDirectory(path);
+    if (lstat(path, &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    const FileIdentity file(status);
+    if (IsHeldOpen(path, file) || WasAnotherWhenOpened(path, file) || IsInSystemDirectory(path))
+        return std::nullopt;
+    return file;
+}
+
+// Where the target is on another file system, only what has its name is of interest.
+MoveResult RenameOrSeeHolder(const char* from, const FileIdentity& file, const char* to) {
+    if (const auto result = RenameUnderLocks(from, file, to))
+        return *result;
+    return Exists(to) ? ResultOfHolder(from, to) : MoveResult::stays;
 }
 
 } // namespace
@@ -40,15 +45,25 @@ bool MayGo(const char* path) {
 MoveResult MoveWithoutReplacing(const wchar_t* from, const wchar_t* to) {
     const NativePath nativeFrom(from);
     const NativePath nativeTo(to);
-    if (!MayGo(nativeFrom))
+    const std::optional<FileIdentity> file = FileThatMayGo(nativeFrom);
+    if (!file)
         return MoveResult::stays;
-    const int error = RenameWithoutReplacing(nativeFrom, nativeTo);
-    return ResultOf(error == EXDEV ? MoveByCopy(nativeFrom, nativeTo) : error, nativeTo);
+    const std::optional<MoveResult> result = Rename(nativeFrom, *file, nativeTo);
+    return result ? *result : MoveByCopy(nativeFrom, *file, nativeTo);
+}
+
+bool RemoveInFavourOf(const wchar_t* path, const wchar_t* other) {
+    const NativePath nativePath(path);
+    const NativePath nativeOther(other);
+    const DirectoryLocks locks(nativePath, nativeOther);
+    const std::optional<FileIdentity> file = FileThatMayGo(nativePath);
+    return locks && file && RenameOrSeeHolder(nativePath, *file, nativeOther) == MoveResult::nameTaken &&
+           moveCalls.unlink(nativePath) == 0;
 }
 
 bool RemoveFile(const wchar_t* path) {
     const NativePath native(path);
-    return MayGo(native) && moveCalls.unlink(native) == 0;
+    return FileThatMayGo(native) && moveCalls.unlink(native) == 0;
 }
 
 } // namespace platform

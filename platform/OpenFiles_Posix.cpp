@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 namespace platform {
@@ -21,6 +22,15 @@ std::vector<FileIdentity> pinnedFiles;
 // The last path that was pinned. One is enough: a file is moved right after it was read.
 char pinnedPath[PATH_MAX] = "";
 
+// The last path that was opened, and what it named.
+char lastPath[PATH_MAX] = "";
+std::optional<FileIdentity> lastFile;
+
+void Copy(const char* path, char (&copy)[PATH_MAX]) {
+    if (const std::size_t length = std::strlen(path); length < sizeof copy)
+        std::memcpy(copy, path, length + 1);
+}
+
 bool IsPinned(const FileIdentity& file) {
     return std::find(pinnedFiles.begin(), pinnedFiles.end(), file) != pinnedFiles.end();
 }
@@ -37,8 +47,10 @@ void MakeRoomForOpenFile() {
     pinnedFiles.reserve(pinnedFiles.size() + openFiles.size() + 1);
 }
 
-void RememberOpenFile(int descriptor, const FileIdentity& file) {
+void RememberOpenFile(int descriptor, const char* path, const FileIdentity& file) {
     openFiles.push_back({descriptor, file});
+    Copy(path, lastPath);
+    lastFile = file;
 }
 
 void PinFile(const char* path) {
@@ -50,8 +62,7 @@ void PinFile(const char* path) {
 }
 
 void PinPath(const char* path) {
-    if (const std::size_t length = std::strlen(path); length < sizeof pinnedPath)
-        std::memcpy(pinnedPath, path, length + 1);
+    Copy(path, pinnedPath);
 }
 
 void PinOpenFile(int descriptor) {
@@ -68,6 +79,10 @@ bool IsHeldOpen(const char* path, const FileIdentity& file) {
     return std::any_of(openFiles.begin(), openFiles.end(),
                        [&](const OpenFile& open) { return open.identity == file; }) ||
            IsPinned(file) || std::strcmp(path, pinnedPath) == 0;
+}
+
+bool WasAnotherWhenOpened(const char* path, const FileIdentity& file) {
+    return path[0] == '/' && lastFile && *lastFile != file && std::strcmp(path, lastPath) == 0;
 }
 
 } // namespace platform

@@ -11,7 +11,7 @@ namespace platform {
 // Makes room for one more file, so that none of the functions below fails. Throws std::bad_alloc.
 void MakeRoomForOpenFile();
 
-void RememberOpenFile(int descriptor, const FileIdentity& file);
+void RememberOpenFile(int descriptor, const char* path, const FileIdentity& file);
 
 // Treats a file as open until the end of the run: it could not be opened because descriptors or memory were
 // used up, or because the disk failed, which says nothing against the file. Where not even the path can be
@@ -28,5 +28,9 @@ void ForgetOpenFile(int descriptor);
 
 // Whether the file at this path is one of them.
 bool IsHeldOpen(const char* path, const FileIdentity& file);
+
+// Whether the last file that was opened had this absolute path, and was not this one: somebody has
+// put another in its place, whose digest is not known.
+bool WasAnotherWhenOpened(const char* path, const FileIdentity& file);
 
 } // namespace platform

@@ -26,6 +26,13 @@ class UnderFire(UnderFireCase):
         for option in ("-rename", "-renamedel"):
             self.race(option, 100, 4)
 
+    def test_two_at_once_lose_nothing(self):
+        for place in filter(None, (self.scratch, self.other)):
+            self.race_over_distinct_files(place)
+
+    def test_two_at_once_do_not_delete_both_of_two_equal_files(self):
+        self.race_over_pairs()
+
 
 @launcher.posix_only
 class NoHardLinks(UnderFireCase):
@@ -51,6 +58,11 @@ class NoHardLinks(UnderFireCase):
             self.seconds_of("-hash=MD5", option, self.from_directory, environment=self.FAULT)
             self.check(self.from_directory)
             self.assertFalse([name for name in os.listdir(self.from_directory) if len(name) < 32])
+
+    @needs_library
+    def test_two_at_once_lose_nothing(self):
+        for place in filter(None, (self.scratch, self.other)):
+            self.race_over_distinct_files(place, environment=self.FAULT)
 
     @needs_library
     def test_killed(self):
@@ -133,6 +145,50 @@ class PoorTargets(MountedCase):
         if not shutil.which("mount.exfat-fuse"):
             self.skipTest("neither the kernel's exFAT nor exfat-fuse here")
         return self.mount(device, program="mount.exfat-fuse")
+
+    def test_two_at_once_without_links_lose_nothing(self):
+        self.race_over_distinct_files(self.mount_exfat())
+
+    def test_names_in_another_case(self):
+        """Where each spelling of a name looks like another file, too."""
+        target = self.mount_exfat()
+        digest = md5(b"abc")
+        for arguments in (["*"], [digest.upper() + ".bin"], [digest + ".bin"], [os.path.join(target, "*")]):
+            for option in ("-rename", "-renamedel"):
+                with open(os.path.join(target, digest.upper() + ".bin"), "wb") as file:
+                    file.write(b"abc")
+                self.seconds_of("-hash=MD5", option, *arguments, directory=target)
+                names = os.listdir(target)
+                self.assertEqual([name.lower() for name in names], [digest + ".bin"], (option, arguments))
+                with open(os.path.join(target, names[0]), "rb") as file:
+                    self.assertEqual(file.read(), b"abc")
+
+    def test_directories_in_another_case(self):
+        target = self.mount_exfat()
+        os.mkdir(os.path.join(target, "sub"))
+        for number in range(6):
+            option = ("-rename", "-renamedel")[number % 2]
+            directory = ("sub", "SUB", ".")[number // 2]
+            name = md5(b"%d" % number) + ".bin"
+            with open(os.path.join(target, "sub", name), "wb") as file:
+                file.write(b"%d" % number)
+            self.seconds_of("-hash=MD5", option, os.path.join(target, "Sub", name),
+                            directory=os.path.join(target, directory))
+            with open(os.path.join(target, directory, name), "rb") as file:
+                self.assertEqual(file.read(), b"%d" % number, (option, directory))
+        self.assertEqual(len([name for _, _, files in os.walk(target) for name in files]), 6)
+
+    def test_another_file_has_the_name_in_another_case(self):
+        target = self.mount_exfat()
+        digest = md5(b"abc")
+        for option, left in (("-rename", [digest.upper(), digest + "_00"]), ("-renamedel", [digest.upper()])):
+            for name in (digest.upper(), "z"):
+                with open(os.path.join(target, name), "wb") as file:
+                    file.write(b"abc")
+            self.seconds_of("-hash=MD5", option, "z", directory=target)
+            self.assertEqual(sorted(os.listdir(target)), left)
+            for name in os.listdir(target):
+                os.unlink(os.path.join(target, name))
 
     def test_a_file_system_without_links(self):
         target = self.mount_exfat()

@@ -22,9 +22,12 @@ int RenameCopiesOnly(const char* from, const char* to) {
     return IsCopy(from) ? systemMoveCalls.renameNoReplace(from, to) : FailWith<EXDEV>(from);
 }
 
-class MoveByCopy : public MoveFixture {
+// With a copy that has no name until it is complete, and with one that has a temporary one.
+class MoveByCopy : public MoveFixture, public testing::WithParamInterface<bool> {
   protected:
     MoveByCopy() {
+        if (GetParam())
+            moveCalls.openUnnamed = FailWith<EOPNOTSUPP>;
         moveCalls.renameNoReplace = RenameCopiesOnly;
         Write("a", "content");
     }
@@ -38,7 +41,7 @@ class MoveByCopy : public MoveFixture {
     }
 };
 
-TEST_F(MoveByCopy, TheCopyHasTheFilesContentModeAndTimes) {
+TEST_P(MoveByCopy, TheCopyHasTheFilesContentModeAndTimes) {
     ASSERT_EQ(chmod("a", 04751), 0);
     const timespec times[] = {{1000000001, 123456789}, {1000000002, 987654321}};
     ASSERT_EQ(utimensat(AT_FDCWD, "a", times, 0), 0);
@@ -52,7 +55,7 @@ TEST_F(MoveByCopy, TheCopyHasTheFilesContentModeAndTimes) {
     EXPECT_EQ(Entries("."), 1);
 }
 
-TEST_F(MoveByCopy, ALargeFileIsCopiedWhole) {
+TEST_P(MoveByCopy, ALargeFileIsCopiedWhole) {
     std::string text;
     for (int i = 0; i < 100000; ++i)
         text += std::to_string(i);
@@ -61,7 +64,7 @@ TEST_F(MoveByCopy, ALargeFileIsCopiedWhole) {
     EXPECT_TRUE(Read("b") == text);
 }
 
-TEST_F(MoveByCopy, WritesThatAreInterruptedOrShortAreContinued) {
+TEST_P(MoveByCopy, WritesThatAreInterruptedOrShortAreContinued) {
     moveCalls.write = [](int descriptor, const void* bytes, std::size_t count) -> ssize_t {
         static int calls = 0;
         return ++calls % 2 == 1 ? FailWith<EINTR>(count) : systemMoveCalls.write(descriptor, bytes, 1);
@@ -70,7 +73,7 @@ TEST_F(MoveByCopy, WritesThatAreInterruptedOrShortAreContinued) {
     EXPECT_EQ(Read("b"), "content");
 }
 
-TEST_F(MoveByCopy, WithoutTheOwnerTheRightsToActAsTheOwnerAreDropped) {
+TEST_P(MoveByCopy, WithoutTheOwnerTheRightsToActAsTheOwnerAreDropped) {
     ASSERT_EQ(chmod("a", 06755), 0);
     moveCalls.fchown = FailWith<EPERM>;
     ASSERT_TRUE(Move("a", "b"));
@@ -79,7 +82,7 @@ TEST_F(MoveByCopy, WithoutTheOwnerTheRightsToActAsTheOwnerAreDropped) {
     EXPECT_EQ(status.st_mode & 07777, 0755u);
 }
 
-TEST_F(MoveByCopy, AnExistingTargetIsNotReplaced) {
+TEST_P(MoveByCopy, AnExistingTargetIsNotReplaced) {
     Write("b", "y");
     EXPECT_FALSE(Move("a", "b"));
     EXPECT_EQ(Read("a"), "content");
@@ -87,60 +90,137 @@ TEST_F(MoveByCopy, AnExistingTargetIsNotReplaced) {
     EXPECT_EQ(Entries("."), 2);
 }
 
-TEST_F(MoveByCopy, ATargetThatAppearsDuringTheCopyIsNotReplaced) {
+TEST_P(MoveByCopy, ATargetThatAppearsDuringTheCopyIsNotReplaced) {
     moveCalls.fsync = [](int descriptor) {
         Write("b", "theirs");
         return systemMoveCalls.fsync(descriptor);
     };
-    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Try("a", "b"), MoveResult::nameTaken);
     EXPECT_EQ(Read("a"), "content");
     EXPECT_EQ(Read("b"), "theirs");
     EXPECT_EQ(Entries("."), 2);
 }
 
 // As with two mounts of one file system.
-TEST_F(MoveByCopy, AFileThatBearsTheNameStaysAndCountsAsMoved) {
+TEST_P(MoveByCopy, AFileThatBearsTheNameStaysAndCountsAsMoved) {
     EXPECT_TRUE(Move("./a", "a"));
     EXPECT_EQ(Read("a"), "content");
 }
 
-TEST_F(MoveByCopy, AFullDiskLeavesTheFileAndNoCopy) {
-    moveCalls.write = [](int, const void*, std::size_t) -> ssize_t { return FailWith<ENOSPC>(); };
+TEST_P(MoveByCopy, AFullDiskLeavesTheFileAndNoCopyAndIsTriedOnce) {
+    static int writes;
+    writes = 0;
+    moveCalls.write = [](int, const void*, std::size_t) -> ssize_t {
+        ++writes;
+        return FailWith<ENOSPC>();
+    };
     ExpectUnmoved();
+    EXPECT_EQ(writes, 1);
 }
 
-TEST_F(MoveByCopy, ADiskThatDoesNotTakeTheDataLeavesTheFileAndNoCopy) {
+TEST_P(MoveByCopy, TheCopyIsForNobodyElseToReadBeforeItHasTheFilesMode) {
+    const mode_t before = umask(0);
+    static mode_t mode;
+    mode = 0777;
+    moveCalls.write = [](int descriptor, const void* bytes, std::size_t count) {
+        struct stat status;
+        if (fstat(descriptor, &status) == 0)
+            mode = status.st_mode & 07777;
+        return systemMoveCalls.write(descriptor, bytes, count);
+    };
+    ASSERT_EQ(chmod("a", 0644), 0);
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_EQ(mode, 0600u);
+    EXPECT_EQ(fs::status("b").permissions(), fs::perms(0644));
+    umask(before);
+}
+
+// What a run that is killed in the middle of a copy leaves behind.
+TEST_P(MoveByCopy, OnlyATemporaryNameIsSeenBeforeTheCopyIsComplete) {
+    static std::ptrdiff_t entries;
+    moveCalls.write = [](int descriptor, const void* bytes, std::size_t count) {
+        entries = Entries(".");
+        EXPECT_FALSE(fs::exists("b"));
+        return systemMoveCalls.write(descriptor, bytes, count);
+    };
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_EQ(entries, GetParam() ? 2 : 1);
+}
+
+// Data between holes, and a hole at the end.
+TEST_P(MoveByCopy, HolesAreKept) {
+    constexpr std::size_t far = 20 << 20;
+    std::ofstream("a").seekp(static_cast<std::streamoff>(far)) << "one" << std::string(100'000, '2');
+    ASSERT_EQ(truncate("a", static_cast<off_t>(2 * far)), 0);
+    const std::string text = Read("a");
+    ASSERT_EQ(text.size(), 2 * far);
+    struct stat status;
+    ASSERT_EQ(stat("a", &status), 0);
+    if (status.st_blocks > 20'000)
+        GTEST_SKIP() << "this file system has no holes";
+    ASSERT_TRUE(Move("a", "b"));
+    EXPECT_TRUE(Read("b") == text);
+    ASSERT_EQ(stat("b", &status), 0);
+    EXPECT_LT(status.st_blocks, 2000);
+}
+
+TEST_P(MoveByCopy, AFileThatIsOneHoleIsKept) {
+    Write("a", "");
+    ASSERT_EQ(truncate("a", 10'000'000), 0);
+    ASSERT_TRUE(Move("a", "b"));
+    EXPECT_TRUE(Read("b") == std::string(10'000'000, '\0'));
+}
+
+TEST_P(MoveByCopy, ANameThatNoFileCanHaveIsNotCopiedFor) {
+    moveCalls.write = [](int, const void*, std::size_t) -> ssize_t {
+        ADD_FAILURE();
+        return FailWith<ENOSPC>();
+    };
+    EXPECT_EQ(Try("a", std::string(256, 'b')), MoveResult::failed);
+}
+
+TEST_P(MoveByCopy, TheNameIsGivenAndTheOriginalRemovedUnderTheLock) {
+    moveCalls.unlink = [](const char* path) {
+        EXPECT_TRUE(IsLocked("."));
+        return systemMoveCalls.unlink(path);
+    };
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_EQ(Read("a"), "(none)");
+}
+
+TEST_P(MoveByCopy, ADiskThatDoesNotTakeTheDataLeavesTheFileAndNoCopy) {
     moveCalls.fsync = FailWith<EIO>;
     ExpectUnmoved();
 }
 
-TEST_F(MoveByCopy, ACopyThatCannotGetItsNameIsRemoved) {
+TEST_P(MoveByCopy, ACopyThatCannotGetItsNameIsRemoved) {
+    moveCalls.nameUnnamed = FailWith<EPERM>;
     moveCalls.renameNoReplace = FailWith<EXDEV>;
     ExpectUnmoved();
 }
 
-TEST_F(MoveByCopy, AFileThatGrowsDuringTheCopyIsNotMoved) {
+TEST_P(MoveByCopy, AFileThatGrowsDuringTheCopyIsNotMoved) {
     moveCalls.fsync = [](int descriptor) {
         std::ofstream("a", std::ios::app) << "+";
         return systemMoveCalls.fsync(descriptor);
     };
-    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Try("a", "b"), MoveResult::stays);
     EXPECT_EQ(Read("a"), "content+");
     EXPECT_EQ(Entries("."), 1);
 }
 
-TEST_F(MoveByCopy, AFileThatIsRewrittenDuringTheCopyIsNotMoved) {
+TEST_P(MoveByCopy, AFileThatIsRewrittenDuringTheCopyIsNotMoved) {
     moveCalls.fsync = [](int descriptor) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         Write("a", "CONTENT");
         return systemMoveCalls.fsync(descriptor);
     };
-    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Try("a", "b"), MoveResult::stays);
     EXPECT_EQ(Read("a"), "CONTENT");
     EXPECT_EQ(Entries("."), 1);
 }
 
-TEST_F(MoveByCopy, AFileThatWasReplacedAfterTheCopyIsLeftToItsOwner) {
+TEST_P(MoveByCopy, AFileThatWasReplacedAfterTheCopyIsLeftToItsOwner) {
     moveCalls.fsync = [](int descriptor) {
         struct stat status;
         if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode)) {
@@ -154,14 +234,14 @@ TEST_F(MoveByCopy, AFileThatWasReplacedAfterTheCopyIsLeftToItsOwner) {
     EXPECT_EQ(Read("b"), "content");
 }
 
-TEST_F(MoveByCopy, AFileThatCannotBeRemovedStaysBesideItsCopy) {
+TEST_P(MoveByCopy, AFileThatCannotBeRemovedStaysBesideItsCopy) {
     moveCalls.unlink = FailWith<EPERM>;
     EXPECT_TRUE(Move("a", "b"));
     EXPECT_EQ(Read("a"), "content");
     EXPECT_EQ(Read("b"), "content");
 }
 
-TEST_F(MoveByCopy, AFileStaysBesideACopyWhoseNameMayNotBeOnTheDisk) {
+TEST_P(MoveByCopy, AFileStaysBesideACopyWhoseNameMayNotBeOnTheDisk) {
     moveCalls.fsync = [](int descriptor) {
         struct stat status;
         const bool isDirectory = fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
@@ -172,7 +252,7 @@ TEST_F(MoveByCopy, AFileStaysBesideACopyWhoseNameMayNotBeOnTheDisk) {
     EXPECT_EQ(Read("b"), "content");
 }
 
-TEST_F(MoveByCopy, TemporaryFilesOfOtherRunsAreNotTouched) {
+TEST_P(MoveByCopy, TemporaryFilesOfOtherRunsAreNotTouched) {
     const std::string left = "./.fyrn-" + std::to_string(getpid()) + "-0.tmp";
     Write(left, "left");
     EXPECT_TRUE(Move("a", "b"));
@@ -180,18 +260,20 @@ TEST_F(MoveByCopy, TemporaryFilesOfOtherRunsAreNotTouched) {
     EXPECT_EQ(Read(left), "left");
 }
 
-TEST_F(MoveByCopy, WithoutAPlaceForTheCopyTheFileIsNotMoved) {
+TEST_P(MoveByCopy, WithoutAPlaceForTheCopyTheFileIsNotMoved) {
     EXPECT_FALSE(Move("a", "missing/b"));
     EXPECT_EQ(Read("a"), "content");
 }
 
-TEST_F(MoveByCopy, ALinkStaysAndBlocksItsName) {
+TEST_P(MoveByCopy, ALinkStaysAndBlocksItsName) {
     fs::create_symlink("a", "link");
     EXPECT_EQ(Try("link", "b"), MoveResult::stays);
     EXPECT_EQ(Try("a", "link"), MoveResult::nameBlocked);
     EXPECT_EQ(Read("a"), "content");
     EXPECT_EQ(Read("b"), "(none)");
 }
+
+INSTANTIATE_TEST_SUITE_P(NamedOrNot, MoveByCopy, testing::Bool());
 
 // A directory on another file system than the scratch files.
 class OtherFileSystem {

@@ -96,6 +96,7 @@ TEST_F(MoveFallback, AFileThatWasReplacedInTheMeantimeIsLeftToItsOwner) {
 TEST_F(MoveFallback, OnlyWhereLinksAreUnknownIsAPlaceholderTried) {
     static int renames;
     renames = 0;
+    moveCalls.openUnnamed = FailWith<EOPNOTSUPP>;
     moveCalls.rename = [](const char* from, const char* to) {
         ++renames;
         return systemMoveCalls.rename(from, to);
@@ -118,7 +119,7 @@ TEST_F(MoveFallback, AFileThatVanishedIsNotMoved) {
         return FailWith<EINVAL>();
     };
     Write("a", "x");
-    EXPECT_FALSE(Move("a", "b"));
+    EXPECT_EQ(Try("a", "b"), MoveResult::stays);
     EXPECT_EQ(Read("b"), "(none)");
 }
 
@@ -165,6 +166,58 @@ TEST_F(MoveWithoutLinks, APlaceholderThatSomebodyWroteToStays) {
     EXPECT_FALSE(Move("a", "b"));
     EXPECT_EQ(Read("a"), "x");
     EXPECT_EQ(Read("b"), "theirs");
+}
+
+// Left behind by a run that was killed, or put there by one of another machine.
+TEST_F(MoveWithoutLinks, AnEmptyFileBlocksTheNameOfOneWithContent) {
+    Write("a", "x");
+    Write("empty", "");
+    Write("b", "");
+    EXPECT_EQ(Try("a", "b"), MoveResult::nameBlocked);
+    EXPECT_FALSE(RemoveInFavourOf("a", "b"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_EQ(Try("empty", "b"), MoveResult::nameTaken);
+    EXPECT_TRUE(RemoveInFavourOf("empty", "b"));
+    EXPECT_EQ(Entries("."), 2);
+}
+
+// As of a file system that takes the flag, but refuses only where it would really rename.
+TEST_F(MoveWithoutLinks, SoItDoesWhereTheNameIsFoundTakenBeforeTheFlagIs) {
+    moveCalls.renameNoReplace = [](const char* from, const char* to) {
+        return fs::exists(to) ? FailWith<EEXIST>(from) : FailWith<EINVAL>(from);
+    };
+    Write("a", "x");
+    Write("b", "");
+    EXPECT_EQ(Try("a", "b"), MoveResult::nameBlocked);
+    EXPECT_FALSE(RemoveInFavourOf("a", "b"));
+    Write("b", "y");
+    EXPECT_EQ(Try("a", "b"), MoveResult::nameTaken);
+    EXPECT_TRUE(RemoveInFavourOf("a", "b"));
+}
+
+// A placeholder is seen by no other run: that would wait for the lock.
+TEST_F(MoveWithoutLinks, ThePlaceholderStandsUnderTheLockOfTheDirectory) {
+    moveCalls.rename = [](const char* from, const char* to) {
+        EXPECT_EQ(Read(to), "");
+        EXPECT_TRUE(IsLocked("."));
+        return systemMoveCalls.rename(from, to);
+    };
+    Write("a", "x");
+    EXPECT_TRUE(Move("a", "b"));
+    EXPECT_FALSE(IsLocked("."));
+}
+
+// What was a placeholder when it was looked at is a file now, which another run has moved there.
+TEST_F(MoveWithoutLinks, WhatBecameAnotherFileBeforeTheLockStays) {
+    moveCalls.renameNoReplace = [](const char* from, const char*) {
+        Write("new", "theirs");
+        fs::rename("new", from);
+        return FailWith<EINVAL>();
+    };
+    Write("a", "");
+    EXPECT_EQ(Try("a", "b"), MoveResult::stays);
+    EXPECT_EQ(Read("a"), "theirs");
+    EXPECT_EQ(Read("b"), "(none)");
 }
 
 TEST_F(MoveWithoutLinks, NothingIsMovedWhereNoPlaceholderCanBe) {

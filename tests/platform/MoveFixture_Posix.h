@@ -8,10 +8,12 @@
 #include "tests/helpers/ScratchFiles.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +36,19 @@ class MoveFixture : public testing::Test {
     }
     static bool Remove(const std::string& path) {
         return platform::RemoveFile(platform::DecodeName(path).c_str());
+    }
+
+    static bool RemoveInFavourOf(const std::string& path, const std::string& other) {
+        return platform::RemoveInFavourOf(platform::DecodeName(path).c_str(),
+                                          platform::DecodeName(other).c_str());
+    }
+
+    // Whether another run would have to wait for the directory.
+    static bool IsLocked(const char* directory) {
+        const int descriptor = open(directory, O_RDONLY | O_DIRECTORY);
+        const bool locked = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        close(descriptor);
+        return locked;
     }
 
     static void Write(const std::string& path, const std::string& text) { std::ofstream(path) << text; }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/platform/MoveFixture_Posix.h"
 
-#include "platform/MoveSteps_Posix.h"
+#include "platform/MoveNames_Posix.h"
 
 #include <climits>
 #include <fcntl.h>
@@ -58,6 +58,56 @@ TEST_F(MovePosix, ALinkBlocksItsNameWhereverItLeads) {
         unlink("link");
     }
     EXPECT_EQ(Read("a"), "x");
+}
+
+// An editor puts the new version of a file in the place of the old one.
+TEST_F(MovePosix, AFileThatReplacedTheOneThatWasReadStays) {
+    platform::InputFile file = platform::OpenForReading(scratch.Write("a", "x").c_str());
+    platform::Close(file);
+    Write("b", "y");
+    Write("new", "theirs");
+    fs::rename("new", "a");
+    const std::string path = scratch.Directory() / "a";
+    EXPECT_EQ(Try(path, "c"), MoveResult::stays);
+    EXPECT_FALSE(RemoveInFavourOf(path, "b"));
+    EXPECT_FALSE(Remove(path));
+    EXPECT_EQ(Read("a"), "theirs");
+    EXPECT_TRUE(Move("b", "c"));
+}
+
+TEST_F(MovePosix, AFileIsRemovedUnderTheLocksOfBothDirectories) {
+    fs::create_directory("d");
+    Write("d/a", "x");
+    Write("b", "x");
+    platform::moveCalls.unlink = [](const char* path) {
+        EXPECT_TRUE(IsLocked(".") && IsLocked("d"));
+        return platform::systemMoveCalls.unlink(path);
+    };
+    EXPECT_TRUE(RemoveInFavourOf("d/a", "b"));
+    EXPECT_FALSE(IsLocked(".") || IsLocked("d"));
+    EXPECT_EQ(Read("d/a"), "(none)");
+    EXPECT_EQ(Read("b"), "x");
+}
+
+TEST_F(MovePosix, WhatKeepsADirectoryLockedIsNotWaitedForForEver) {
+    Write("a", "x");
+    Write("b", "x");
+    const int descriptor = open(".", O_RDONLY | O_DIRECTORY);
+    ASSERT_EQ(flock(descriptor, LOCK_EX), 0);
+    EXPECT_FALSE(RemoveInFavourOf("a", "b"));
+    close(descriptor);
+    EXPECT_EQ(Read("a"), "x");
+}
+
+TEST_F(MovePosix, NothingIsRemovedInFavourOfWhatIsGoneOrALinkOrTheFileItself) {
+    Write("a", "x");
+    fs::create_symlink("missing", "link");
+    EXPECT_FALSE(RemoveInFavourOf("a", "link"));
+    EXPECT_FALSE(RemoveInFavourOf("a", "a"));
+    EXPECT_FALSE(RemoveInFavourOf("a", "./a"));
+    EXPECT_EQ(Read("a"), "x");
+    EXPECT_FALSE(RemoveInFavourOf("a", "gone"));
+    EXPECT_EQ(Read("gone"), "x") << "the name was free";
 }
 
 TEST_F(MovePosix, WhatIsNoFileStaysWhereItIs) {

@@ -68,7 +68,11 @@ TEST_F(MoveToAnotherDrive, AFileThatIsHeldOpenStays) {
 bool MakeLinks(const fs::path& directory) {
     constexpr DWORD unprivileged = 2; // SYMBOLIC_LINK_FLAG_ALLOW_UNPRIVILEGED_CREATE
     const auto link = [&](const char* name, const wchar_t* to, DWORD flags) {
-        return CreateSymbolicLinkW((directory / name).c_str(), to, flags | unprivileged) != 0;
+        const fs::path path = directory / name;
+        if (!CreateSymbolicLinkW(path.c_str(), to, flags | unprivileged))
+            return false;
+        const DWORD attributes = GetFileAttributesW(path.c_str()); // Wine only says that it makes links
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     };
     return link("to-file", L"a", 0) && link("to-directory", L"d", SYMBOLIC_LINK_FLAG_DIRECTORY) &&
            link("dangling", L"missing", 0);

@@ -85,6 +85,18 @@ TEST_F(Move, AFileIsRemoved) {
     EXPECT_FALSE(platform::RemoveFile(L"a"));
 }
 
+TEST_F(Move, AFileIsRemovedInFavourOfTheOneThatHasItsName) {
+    scratch.Write("a", "x");
+    scratch.Write("b", "x");
+    fs::create_directory("d");
+    EXPECT_TRUE(platform::RemoveInFavourOf(L"a", L"b"));
+    EXPECT_FALSE(fs::exists("a"));
+    EXPECT_FALSE(platform::RemoveInFavourOf(L"b", L"b"));
+    EXPECT_EQ(Content("b"), "x");
+    EXPECT_TRUE(platform::RemoveInFavourOf(L"b", L"d"));
+    EXPECT_FALSE(fs::exists("b"));
+}
+
 TEST_F(Move, ADirectoryIsNeitherMovedNorRemoved) {
     fs::create_directory("d");
     EXPECT_EQ(platform::MoveWithoutReplacing(L"d", L"e"), MoveResult::stays);

@@ -103,6 +103,18 @@ TEST_F(Sharing, AFileThatTheRuntimeHasNoStreamForIsNeitherMovedNorRemoved) {
               platform::MoveResult::moved);
 }
 
+// As between two runs with different digests.
+TEST_F(Sharing, NoFileIsRemovedInFavourOfOneThatSomebodyMayBeRemoving) {
+    const std::wstring other = scratch.Write("other", "x");
+    {
+        const ForeignHandle removing(other, DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE);
+        EXPECT_FALSE(platform::RemoveInFavourOf(path.c_str(), other.c_str()));
+        EXPECT_TRUE(std::filesystem::exists(path));
+    }
+    EXPECT_TRUE(platform::RemoveInFavourOf(path.c_str(), other.c_str()));
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
 TEST_F(Sharing, AFileWithAReadErrorIsNeitherMovedNorRemovedAfterItIsClosed) {
     {
         const ForeignHandle other(path, GENERIC_READ, FILE_SHARE_READ);

@@ -241,7 +241,8 @@ ssize_t write(int descriptor, const void* buffer, size_t count) {
 int open(const char* path, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+    const mode_t mode =
+        (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
     return Fails("open") ? -1 : REAL(open)(path, flags, mode);
 }
