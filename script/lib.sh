@@ -16,7 +16,7 @@ windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=
 windows_test_needs=("${build_needs[@]}" "${windows_build_needs[@]}" python3=python3
   wine=wine /usr/lib/wine/wine64=wine64 /usr/src/googletest/CMakeLists.txt=googletest)
 windows_slow_test_needs=(Xvfb=xvfb xdotool=xdotool)
-speed_needs=(openssl=openssl)
+speed_needs=(openssl=openssl rhash=rhash)
 layers_needs=(python3=python3)
 format_needs=(clang-format-14=clang-format-14 git=git)
 tidy_needs=("${build_needs[@]}" clang++-14=clang-14 clang-tidy-14=clang-tidy-14 git=git)
