@@ -191,6 +191,8 @@ void Reader::Take(const GivenOption& given) {
 void Reader::CheckTogether() const {
     if (form_ == Form::tagged && binary_ == false)
         throw UsageError("--tag does not support --text mode");
+    if (tool_.kind == ToolKind::cksum && !form_ && binary_ == false)
+        throw UsageError("--text mode is only supported with --untagged");
     if (options_.check)
         CheckCheckOptions();
     else

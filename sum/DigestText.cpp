@@ -4,6 +4,7 @@
 #include "sum/Escape.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 
@@ -11,11 +12,20 @@ namespace sum {
 
 namespace {
 
+// The value of each character that is a hexadecimal digit, of any other -1. Long lists are mostly
+// digits.
+constexpr auto hexValues = [] {
+    std::array<signed char, 256> values{};
+    values.fill(-1);
+    for (int value = 0; value < 16; ++value) {
+        values[static_cast<unsigned char>("0123456789abcdef"[value])] = static_cast<signed char>(value);
+        values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = static_cast<signed char>(value);
+    }
+    return values;
+}();
+
 int HexValue(char digit) {
-    if (digit >= '0' && digit <= '9')
-        return digit - '0';
-    const char lower = static_cast<char>(digit | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+    return hexValues[static_cast<unsigned char>(digit)];
 }
 
 bool IsHexDigest(std::string_view text, std::span<const std::byte> digest) {

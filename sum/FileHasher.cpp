@@ -23,7 +23,7 @@ struct FileHasher::State {
 
     void Begin(const FunctionSet& wanted);
     FileResult Hash(platform::ByteFile file, const Name& name);
-    int HashAll(platform::ByteFile& file, std::uint64_t& size);
+    int HashAll(platform::ByteFile& file, std::int64_t sizeAtStart, std::uint64_t& size);
 };
 
 // Hashers are kept, since most runs use the same for every file.
@@ -40,8 +40,9 @@ void FileHasher::State::Begin(const FunctionSet& wanted) {
     functions = wanted;
 }
 
-// Reads to the end, also of a file that grows meanwhile.
-int FileHasher::State::HashAll(platform::ByteFile& file, std::uint64_t& size) {
+// Reads to the end: where a regular file ended when it was opened, which saves asking for more, or
+// where reading finds none. Files of the system that tell no size are read as well as those that grow.
+int FileHasher::State::HashAll(platform::ByteFile& file, std::int64_t sizeAtStart, std::uint64_t& size) {
     int error = 0;
     for (;;) {
         const std::ptrdiff_t count = file.Read(buffer.data(), buffer.size(), error);
@@ -53,18 +54,21 @@ int FileHasher::State::HashAll(platform::ByteFile& file, std::uint64_t& size) {
         size += read;
         if (watcher != nullptr)
             watcher->Read(read);
+        if (sizeAtStart > 0 && size == static_cast<std::uint64_t>(sizeAtStart))
+            return 0;
     }
 }
 
 FileResult FileHasher::State::Hash(platform::ByteFile file, const Name& name) {
     FileResult result;
+    std::int64_t left;
+    const platform::ByteFile::Kind kind = file.Look(left);
     if (watcher != nullptr) {
-        std::int64_t left;
         watcher->Begin(name);
-        if (file.Look(left) == platform::ByteFile::Kind::other || left > std::int64_t{bufferSize})
+        if (kind == platform::ByteFile::Kind::other || left > std::int64_t{bufferSize})
             watcher->WillWait();
     }
-    result.error = HashAll(file, result.size);
+    result.error = HashAll(file, left, result.size);
     if (result.error != 0)
         return result;
     result.digests.reserve(hashers.size());

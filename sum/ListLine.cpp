@@ -35,9 +35,16 @@ bool IsTag(std::string_view text) {
     return !text.empty() && text.size() <= 32 && std::ranges::all_of(text, IsTagCharacter);
 }
 
+// What stands before the first blank. A tenth of a check's time went into find_first_of, which
+// searches the blanks for each character.
+std::string_view FirstWord(std::string_view text) {
+    const auto isBlank = [](char character) { return character == ' ' || character == '\t'; };
+    return {text.begin(), std::ranges::find_if(text, isBlank)};
+}
+
 // Takes the text before the first blank off the front.
 std::string_view TakeWord(std::string_view& text) {
-    const std::string_view word = text.substr(0, text.find_first_of(blanks));
+    const std::string_view word = FirstWord(text);
     text.remove_prefix(word.size());
     return word;
 }
@@ -171,7 +178,7 @@ bool LineParser::ParseSizeColumn(std::string_view text, std::size_t indent, List
     if (!IsDecimal(size) || !rest.starts_with("  ") || (indent == 0 && LooksLikeDigest(size)))
         return false;
     rest.remove_prefix(2);
-    const std::string_view digest = rest.substr(0, rest.find_first_of(blanks));
+    const std::string_view digest = FirstWord(rest);
     if (digest.size() < shortestColumnDigest || !ParseDigestFirst(rest, false, line))
         return false;
     line.size = Number(size);
