@@ -111,7 +111,7 @@ class Pages(SumCase):
             self.assertEqual(len(self.fyrnsum("-a", name, "--raw", stdin=b"").output) * 8, int(bits), line)
 
     def test_debug_names_kernels(self):
-        result = self.fyrnsum("--debug", "-a", "md5,sha512", stdin=b"")
+        result = self.fyrnsum("--debug", "-j1", "-a", "md5,sha512", stdin=b"")
         self.assertEqual(result.status, 0)
         self.assertRegex(result.errors.decode(), r"\Afyrnsum: MD5: kernel \S.*\nSHA512: kernel \S.*\njobs: 1\n\Z")
 
