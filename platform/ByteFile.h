@@ -22,6 +22,10 @@ class ByteFile {
     // std::bad_alloc.
     static ByteFile Open(const std::string& name, int& error);
 
+    // The same for what stores its bytes. A pipe, and a device that could keep its reader waiting or
+    // never end, is refused with ENOTSUP.
+    static ByteFile OpenStored(const std::string& name, int& error);
+
     // Standard input, without translation of line ends. Never closed.
     static ByteFile StandardInput();
 

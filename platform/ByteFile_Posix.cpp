@@ -15,6 +15,26 @@ int Descriptor(std::intptr_t native) {
     return static_cast<int>(native);
 }
 
+int OpenForReading(const std::string& name, int flags, int& error) {
+    int descriptor;
+    do
+        descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | flags);
+    while (descriptor < 0 && errno == EINTR);
+    error = descriptor < 0 ? errno : 0;
+    return descriptor;
+}
+
+bool IsNullDevice(const struct stat& status) {
+    struct stat null;
+    return S_ISCHR(status.st_mode) && stat("/dev/null", &null) == 0 && null.st_rdev == status.st_rdev;
+}
+
+// A directory is none, but its reading tells that better.
+bool MayNeverEnd(const struct stat& status) {
+    return !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode) && !S_ISBLK(status.st_mode) &&
+           !IsNullDevice(status);
+}
+
 } // namespace
 
 ByteFile& ByteFile::operator=(ByteFile&& other) noexcept {
@@ -24,12 +44,21 @@ ByteFile& ByteFile::operator=(ByteFile&& other) noexcept {
 }
 
 ByteFile ByteFile::Open(const std::string& name, int& error) {
-    int descriptor;
-    do
-        descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    while (descriptor < 0 && errno == EINTR);
-    error = descriptor < 0 ? errno : 0;
-    return ByteFile(descriptor, true);
+    return ByteFile(OpenForReading(name, 0, error), true);
+}
+
+ByteFile ByteFile::OpenStored(const std::string& name, int& error) {
+    ByteFile file(OpenForReading(name, O_NONBLOCK, error), true);
+    struct stat status;
+    if (error != 0)
+        return file;
+    if (fstat(Descriptor(file.native_), &status) != 0)
+        error = errno;
+    else if (MayNeverEnd(status))
+        error = ENOTSUP;
+    if (error != 0)
+        file.Close();
+    return file;
 }
 
 ByteFile ByteFile::StandardInput() {

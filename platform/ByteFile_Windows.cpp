@@ -46,6 +46,16 @@ ByteFile ByteFile::Open(const std::string& name, int& error) {
     return ByteFile(error == 0 ? descriptor : -1, true);
 }
 
+ByteFile ByteFile::OpenStored(const std::string& name, int& error) {
+    ByteFile file = Open(name, error);
+    std::int64_t left;
+    if (error == 0 && file.Look(left) == Kind::other) {
+        error = ENOTSUP;
+        file.Close();
+    }
+    return file;
+}
+
 ByteFile ByteFile::StandardInput() {
     _setmode(standardInput, _O_BINARY);
     return ByteFile(standardInput, false);

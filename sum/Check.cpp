@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "sum/Check.h"
 
-#include "platform/ByteFile.h"
+#include "sum/CheckAmount.h"
 #include "sum/CheckReport.h"
 #include "sum/Guess.h"
 #include "sum/HashQueue.h"
-#include "sum/ListLines.h"
+#include "sum/ListFile.h"
 #include "sum/ListedName.h"
 #include "sum/Messages.h"
 #include "sum/Progress.h"
@@ -20,39 +20,6 @@ namespace sum {
 namespace {
 
 const Name standardInput = "-";
-
-// The list could not be read to its end.
-struct ListError {
-    int error;
-};
-
-GivenFunctions GivenBy(const Options& options) {
-    if (!options.functionsGiven)
-        return {};
-    return {options.functions, options.lengthBits.has_value()};
-}
-
-DecimalLines DecimalsOf(const Options& options) {
-    if (!options.functionsGiven)
-        return DecimalLines::crc;
-    for (const FunctionChoice& choice : options.functions) {
-        if (choice.legacy == Legacy::crc)
-            return DecimalLines::crc;
-        if (choice.legacy != Legacy::none)
-            return choice.legacy == Legacy::bsd ? DecimalLines::bsd : DecimalLines::sysv;
-    }
-    return DecimalLines::none;
-}
-
-LineRules RulesOf(const Options& options, const ListFunctions& functions, const Name& list) {
-    LineRules rules;
-    rules.sizes = functions.Sizes();
-    rules.decimals = DecimalsOf(options);
-    rules.gnuOnly = options.checking.gnuOnly;
-    rules.untagged = options.functionsGiven || !options.checking.gnuOnly;
-    rules.percent = !options.checking.gnuOnly && IsBagItManifest(list);
-    return rules;
-}
 
 // What a line asks of a file.
 struct Expectation {
@@ -82,14 +49,12 @@ struct Expectation {
 class ListCheck {
   public:
     ListCheck(const Options& options, const Name& list, HashQueue& queue, ReadWatcher& watcher)
-        : options_(options), list_(list), queue_(queue), hasher_(&watcher),
-          functions_(GivenBy(options), list), report_(options, list) {}
+        : options_(options), list_(list), queue_(queue), hasher_(&watcher, Opening::stored),
+          functions_(FunctionsGivenBy(options), list), report_(options, list) {}
 
     bool Run();
 
   private:
-    void ReadLines(platform::ByteFile& file);
-    void Take(LineKind kind, ListLine& line);
     void TakeMalformed(const ListLine& line);
     void TakeEntry(ListLine& line);
     void TakeGuessed(const Name& listed, const Name& file, const Expectation& expectation);
@@ -103,15 +68,15 @@ class ListCheck {
 };
 
 bool ListCheck::Run() {
-    int error = 0;
-    platform::ByteFile file =
-        list_ == standardInput ? platform::ByteFile::StandardInput() : platform::ByteFile::Open(list_, error);
-    if (error != 0) {
+    ListFile file(options_, list_, functions_);
+    if (const int error = file.Open()) {
         SayError(list_, error);
         return false;
     }
     try {
-        ReadLines(file);
+        ListLine line;
+        for (LineKind kind = file.Next(line); kind != LineKind::end; kind = file.Next(line))
+            kind == LineKind::malformed ? TakeMalformed(line) : TakeEntry(line);
     } catch (const ListError&) {
         queue_.Finish();
         report_.ListUnreadable();
@@ -119,31 +84,6 @@ bool ListCheck::Run() {
     }
     queue_.Finish();
     return report_.Finish();
-}
-
-void ListCheck::ReadLines(platform::ByteFile& file) {
-    ListReader reader([&file](std::span<char> space) {
-        int error = 0;
-        const std::ptrdiff_t count = file.Read(space.data(), space.size(), error);
-        if (count < 0)
-            throw ListError{error};
-        return static_cast<std::size_t>(count);
-    });
-    ListLines lines(reader, RulesOf(options_, functions_, list_));
-    ListLine line;
-    for (LineKind kind = lines.Next(line); kind != LineKind::end; kind = lines.Next(line))
-        Take(kind, line);
-}
-
-void ListCheck::Take(LineKind kind, ListLine& line) {
-    if (kind == LineKind::lone) {
-        line.name = SubjectOf(list_, options_);
-        kind = line.name.empty() ? LineKind::malformed : LineKind::entry;
-    }
-    if (kind == LineKind::malformed)
-        TakeMalformed(line);
-    else
-        TakeEntry(line);
 }
 
 void ListCheck::TakeMalformed(const ListLine& line) {
@@ -190,7 +130,9 @@ void ListCheck::TakeGuessed(const Name& listed, const Name& file, const Expectat
 
 int Check(const Options& options) {
     Progress progress(options);
-    HashQueue queue(options.jobs, &progress);
+    if (progress.IsShown())
+        progress.SetTotal(AmountToCheck(options));
+    HashQueue queue(options.jobs, &progress, Opening::stored);
     bool good = true;
     for (const Name& list : options.operands)
         good = ListCheck(options, list, queue, progress).Run() && good;

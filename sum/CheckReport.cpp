@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "sum/CheckReport.h"
 
+#include "sum/Escape.h"
 #include "sum/Messages.h"
 #include "sum/Output.h"
 
@@ -59,8 +60,14 @@ void CheckReport::Unread(const Name& name) {
 }
 
 void CheckReport::Print(const Name& name, std::string_view result) {
-    if (!options_.checking.status)
-        Out().Write(Quoted(name).append(": ").append(result).append("\n"));
+    if (options_.checking.status)
+        return;
+    std::string line;
+    if (options_.form == Form::json)
+        line = '{' + JsonPath(name) + ",\"result\":\"";
+    else
+        line = Quoted(name) + ": ";
+    Out().Write(line.append(result).append(options_.form == Form::json ? "\"}\n" : "\n"));
 }
 
 void CheckReport::Malformed(std::uint64_t line) {

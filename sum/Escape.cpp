@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sum/Escape.h"
 
+#include "sum/Utf8.h"
+
 #include <cstdint>
 
 namespace sum {
@@ -57,6 +59,12 @@ std::string JsonEscaped(std::string_view text) {
             escaped += c;
     }
     return escaped;
+}
+
+std::string JsonPath(std::string_view name) {
+    if (IsUtf8(name))
+        return "\"path\":\"" + JsonEscaped(name) + '"';
+    return "\"path_base64\":\"" + ToBase64(std::as_bytes(std::span(name))) + '"';
 }
 
 std::string ToBase64(std::span<const std::byte> bytes) {

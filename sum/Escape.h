@@ -20,6 +20,9 @@ std::string PercentEscaped(std::string_view name);
 // What stands between the quotes of a JSON string. The text is UTF-8.
 std::string JsonEscaped(std::string_view text);
 
+// The member of a JSON object that tells a name: "path", or "path_base64" where it is no UTF-8.
+std::string JsonPath(std::string_view name);
+
 std::string ToBase64(std::span<const std::byte> bytes);
 
 } // namespace sum

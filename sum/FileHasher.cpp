@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "sum/FileHasher.h"
 
-#include "platform/ByteFile.h"
-
 #include <cerrno>
 #include <span>
 
@@ -17,6 +15,7 @@ constexpr std::size_t bufferSize = 256 * 1024;
 
 struct FileHasher::State {
     ReadWatcher* watcher;
+    Opening opening;
     FunctionSet functions; // that `hashers` are of
     std::vector<fyrn::Hasher> hashers;
     std::vector<std::byte> buffer = std::vector<std::byte>(bufferSize);
@@ -77,22 +76,24 @@ FileResult FileHasher::State::Hash(platform::ByteFile file, const Name& name) {
     return result;
 }
 
-FileHasher::FileHasher(ReadWatcher* watcher) : state_(std::make_unique<State>()) {
+platform::ByteFile OpenToHash(const Name& name, Opening opening, int& error) {
+    error = 0;
+    if (name == "-")
+        return platform::ByteFile::StandardInput();
+    return opening == Opening::stored ? platform::ByteFile::OpenStored(name, error)
+                                      : platform::ByteFile::Open(name, error);
+}
+
+FileHasher::FileHasher(ReadWatcher* watcher, Opening opening) : state_(std::make_unique<State>()) {
     state_->watcher = watcher;
+    state_->opening = opening;
 }
 
 FileHasher::~FileHasher() = default;
 
 FileResult FileHasher::Hash(const Name& name, const FunctionSet& functions) {
-    if (name != "-")
-        return HashNamed(name, functions);
-    state_->Begin(functions);
-    return state_->Hash(platform::ByteFile::StandardInput(), name);
-}
-
-FileResult FileHasher::HashNamed(const Name& name, const FunctionSet& functions) {
     FileResult result;
-    platform::ByteFile file = platform::ByteFile::Open(name, result.error);
+    platform::ByteFile file = OpenToHash(name, state_->opening, result.error);
     if (result.error != 0)
         return result;
     state_->Begin(functions);

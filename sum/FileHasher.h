@@ -2,6 +2,7 @@
 // Hashing whole files, each read once for all functions.
 #pragma once
 
+#include "platform/ByteFile.h"
 #include "sum/Functions.h"
 #include "sum/Name.h"
 
@@ -34,10 +35,18 @@ class ReadWatcher {
     virtual void WillWait() = 0;
 };
 
+// Which files are opened: whatever has the name, or only what cannot keep the reader waiting (see
+// platform::ByteFile::OpenStored). Standard input is always read.
+enum class Opening { anything, stored };
+
+// Opens the file, "-" for standard input. Sets `error` to 0 or errno. Throws std::bad_alloc.
+platform::ByteFile OpenToHash(const Name& name, Opening opening, int& error);
+
 // Hashes one file after the other in one thread.
 class FileHasher {
   public:
-    explicit FileHasher(ReadWatcher* watcher = nullptr); // not owned
+    // The watcher is not owned.
+    FileHasher(ReadWatcher* watcher, Opening opening);
     FileHasher(const FileHasher&) = delete;
     FileHasher& operator=(const FileHasher&) = delete;
     ~FileHasher();
@@ -45,9 +54,6 @@ class FileHasher {
     // Reads the file, "-" for standard input, to its end. A directory gives EISDIR. Throws
     // std::bad_alloc.
     FileResult Hash(const Name& name, const FunctionSet& functions);
-
-    // The same for a file that is called "-" like standard input, or any other.
-    FileResult HashNamed(const Name& name, const FunctionSet& functions);
 
   private:
     struct State;

@@ -17,7 +17,8 @@ constexpr std::chrono::milliseconds betweenLooks{100};
 
 } // namespace
 
-HashQueue::HashQueue(unsigned jobs, ReadWatcher* watcher) : jobs_(jobs), watcher_(watcher) {}
+HashQueue::HashQueue(unsigned jobs, ReadWatcher* watcher, Opening opening)
+    : jobs_(jobs), watcher_(watcher), opening_(opening) {}
 
 HashQueue::~HashQueue() {
     {
@@ -32,7 +33,7 @@ HashQueue::~HashQueue() {
 
 void HashQueue::Add(Name name, FunctionSet functions, Done done) {
     auto entry = std::make_unique<Entry>();
-    entry->job = {.name = std::move(name), .functions = std::move(functions)};
+    entry->job = {.name = std::move(name), .functions = std::move(functions), .opening = opening_};
     entry->done = std::move(done);
     Append(std::move(entry), true);
 }

@@ -22,7 +22,8 @@ class HashQueue {
 
     // Hashes in `jobs` threads; with one job, in the thread that adds. The watcher, which is not
     // owned, is called by that thread alone.
-    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr);
+    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr,
+                       Opening opening = Opening::anything);
     HashQueue(const HashQueue&) = delete;
     HashQueue& operator=(const HashQueue&) = delete;
     ~HashQueue(); // drops what is not done yet
@@ -59,6 +60,7 @@ class HashQueue {
 
     unsigned jobs_;
     ReadWatcher* const watcher_;
+    const Opening opening_;
 
     std::mutex mutex_; // of the entries and of `stop_`
     std::condition_variable jobCame_;

@@ -2,7 +2,6 @@
 #include "sum/Line.h"
 
 #include "sum/Escape.h"
-#include "sum/Utf8.h"
 
 #include <utility>
 
@@ -103,9 +102,7 @@ void LineWriter::AppendLine(std::string& lines, const FunctionChoice& choice,
 
 void LineWriter::AppendJson(std::string& lines, const Name& name, const FileResult& result,
                             std::size_t first) const {
-    lines += IsUtf8(name) ? "{\"path\":\"" + JsonEscaped(name)
-                          : "{\"path_base64\":\"" + ToBase64(std::as_bytes(std::span(name)));
-    lines += "\",\"size\":" + std::to_string(result.size);
+    lines += '{' + JsonPath(name) + ",\"size\":" + std::to_string(result.size);
     for (const FunctionChoice& choice : *functions_) {
         const std::vector<std::byte>& digest = result.digests[first++];
         lines += ",\"" + choice.name + "\":";

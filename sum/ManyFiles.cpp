@@ -57,8 +57,7 @@ void ManyFiles::Start(Slot& slot, HashJob& job) {
 
 void ManyFiles::Begin(HashJob& job, std::vector<HashJob*>& done) {
     try {
-        platform::ByteFile file = job.name == "-" ? platform::ByteFile::StandardInput()
-                                                  : platform::ByteFile::Open(job.name, job.result.error);
+        platform::ByteFile file = OpenToHash(job.name, job.opening, job.result.error);
         if (job.result.error != 0)
             return done.push_back(&job);
         Slot& slot = FreeSlot();

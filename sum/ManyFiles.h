@@ -18,6 +18,7 @@ namespace sum {
 struct HashJob {
     Name name;
     FunctionSet functions;
+    Opening opening = Opening::anything;
     FileResult result = {};
     bool isDone = false; // for the owner's use
 };
