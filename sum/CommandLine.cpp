@@ -255,6 +255,10 @@ void Reader::ChooseFunctions() {
         request_.Add("md5,sha256");
     options_.functions = request_.Resolve(options_.check);
     const std::vector<FunctionChoice>& functions = options_.functions;
+    if (options_.check && tool_.kind == ToolKind::cksum && request_.IsGiven() &&
+        functions[0].legacy != Legacy::none)
+        throw UsageError("--check is not supported with --algorithm={bsd,sysv,crc}",
+                         UsageError::Advice::none);
     if (form_ == Form::sfv && (functions.size() != 1 || functions[0].name != "crc32"))
         throw UsageError("--format=sfv is for --algorithm=crc32 only");
 }

@@ -164,12 +164,13 @@ ListFunctions::Found ListFunctions::OfDigest(const ListDigest& digest) const {
 ListFunctions::Found ListFunctions::OfTag(const ListDigest& digest) const {
     for (const auto& bytes : {HexBytes(digest.text), Base64Bytes(digest.text)}) {
         std::optional<FunctionChoice> choice = bytes ? ChoiceOfTag(digest.tag, *bytes) : std::nullopt;
-        if (!choice || choice->legacy != Legacy::none)
+        if (!choice || choice->legacy != Legacy::none || (given_.gnuOnly && choice->tag != digest.tag))
             continue;
         if (given_.choices.empty() || IsGiven(*choice))
             return {LineFunctions::Kind::certain, std::move(choice)};
     }
-    return {IsKnownTag(digest.tag) ? LineFunctions::Kind::malformed : LineFunctions::Kind::unknown, {}};
+    const bool unknown = !given_.gnuOnly && !IsKnownTag(digest.tag);
+    return {unknown ? LineFunctions::Kind::unknown : LineFunctions::Kind::malformed, {}};
 }
 
 ListFunctions::Found ListFunctions::OfDecimal() const {

@@ -21,6 +21,7 @@ namespace sum {
 struct GivenFunctions {
     std::span<const FunctionChoice> choices; // none: the list tells
     bool lengthGiven = false;                // a digest has the length of its choice, and no other
+    bool gnuOnly = false;                    // tags are spelt as GNU's tools spell them
 };
 
 // A name of a function that a list's own name holds: "SHA256SUMS", "disk.iso.sha512",

@@ -32,9 +32,13 @@ LineRules RulesOf(const Options& options, const Name& list, const ListFunctions&
 } // namespace
 
 GivenFunctions FunctionsGivenBy(const Options& options) {
+    GivenFunctions given;
+    given.gnuOnly = options.checking.gnuOnly;
     if (!options.functionsGiven)
-        return {};
-    return {options.functions, options.lengthBits.has_value()};
+        return given;
+    given.choices = options.functions;
+    given.lengthGiven = options.lengthBits.has_value();
+    return given;
 }
 
 ListFile::ListFile(const Options& options, const Name& list, const ListFunctions& functions)

@@ -84,7 +84,7 @@ TEST(Guess, ATagTellsTheFunction) {
 
 TEST(Guess, GivenFunctionsAreTheOnlyOnes) {
     const std::vector<sum::FunctionChoice> given = {*sum::ChoiceOfTag("SHA256", 32)};
-    sum::ListFunctions functions({given}, "list.md5");
+    sum::ListFunctions functions({given, false, false}, "list.md5");
     EXPECT_EQ(Untagged(functions, 32), "SHA256");
     EXPECT_EQ(Untagged(functions, 16), "malformed");
     EXPECT_EQ(FunctionsOf(functions, {{"MD5", Digits(16)}}), "malformed");
@@ -93,12 +93,12 @@ TEST(Guess, GivenFunctionsAreTheOnlyOnes) {
 
 TEST(Guess, AGivenFunctionOfAnyLengthTakesAnyUnlessTheLengthIsGivenToo) {
     const std::vector<sum::FunctionChoice> given = {*sum::ChoiceOfTag("BLAKE2b", 64)};
-    sum::ListFunctions any({given, false}, "list");
+    sum::ListFunctions any({given, false, false}, "list");
     EXPECT_EQ(Untagged(any, 64), "BLAKE2b");
     EXPECT_EQ(Untagged(any, 25), "BLAKE2b-200");
     EXPECT_EQ(Untagged(any, 65), "malformed");
     EXPECT_EQ(FunctionsOf(any, {{"BLAKE2b-256", Digits(32)}}), "BLAKE2b-256");
-    sum::ListFunctions one({given, true}, "list");
+    sum::ListFunctions one({given, true, false}, "list");
     EXPECT_EQ(Untagged(one, 32), "malformed");
     EXPECT_EQ(FunctionsOf(one, {{"BLAKE2b-256", Digits(32)}}), "malformed");
 }
