@@ -140,7 +140,10 @@ FunctionChoice FunctionRequest::Sized(fyrn::Function function) const {
 std::vector<FunctionChoice> FunctionRequest::Choices(const std::string& name, bool anyLength) const {
     if (IsFamily(name))
         return Family(name, anyLength);
-    FunctionChoice choice = Sized(fyrn::Function::Named(name));
+    const auto function = fyrn::Function::Named(name);
+    FunctionChoice choice = Sized(function);
+    if (anyLength && TakesLength(function))
+        return {ChoiceOf(function)};
     if (tool_.kind == ToolKind::cksum && name == "crc32b")
         choice.legacy = Legacy::crc; // which cksum writes in the form of crc
     return {choice};

@@ -26,7 +26,7 @@ class FunctionRequest {
 
     // The functions in the order asked for, each once; those of the tool's default when none was
     // named. With `anyLength`, as for a check, a family without a length stands for all of its
-    // functions.
+    // functions, and a function that has digests of any length is not tied to one.
     std::vector<FunctionChoice> Resolve(bool anyLength) const;
 
     bool IsGiven() const { return !names_.empty(); }

@@ -94,7 +94,7 @@ DigestSizes ListFunctions::Sizes() const {
     };
     for (const FunctionChoice& choice : given_.choices) {
         add(choice.digestSize);
-        sizes.anyLength = sizes.anyLength || (TakesLength(choice.function) && !given_.lengthGiven);
+        sizes.anyLength = sizes.anyLength || TakesLength(choice.function);
     }
     if (!given_.choices.empty())
         return sizes;
@@ -209,7 +209,7 @@ std::vector<FunctionChoice> ListFunctions::CandidatesOfSize(std::size_t bytes) c
     for (const FunctionChoice& choice : given_.choices) {
         if (choice.digestSize == bytes)
             add(choice);
-        else if (TakesLength(choice.function) && !given_.lengthGiven)
+        else if (TakesLength(choice.function))
             add(ChoiceOf(choice.function, bytes * 8));
     }
     if (!given_.choices.empty())
@@ -224,10 +224,8 @@ std::vector<FunctionChoice> ListFunctions::CandidatesOfSize(std::size_t bytes) c
 
 bool ListFunctions::IsGiven(const FunctionChoice& choice) const {
     return std::ranges::any_of(given_.choices, [&](const FunctionChoice& given) {
-        const bool sameFunction =
-            given.function == choice.function ||
-            (TakesLength(given.function) && ChoiceOf(given.function, choice.digestSize * 8) == choice);
-        return sameFunction && (given.digestSize == choice.digestSize || !given_.lengthGiven);
+        return given == choice ||
+               (TakesLength(given.function) && ChoiceOf(given.function, choice.digestSize * 8) == choice);
     });
 }
 

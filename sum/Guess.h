@@ -20,7 +20,6 @@ namespace sum {
 // The functions that the user named, if any.
 struct GivenFunctions {
     std::span<const FunctionChoice> choices; // none: the list tells
-    bool lengthGiven = false;                // a digest has the length of its choice, and no other
     bool gnuOnly = false;                    // tags are spelt as GNU's tools spell them
 };
 

@@ -22,8 +22,7 @@ class HashQueue {
 
     // Hashes in `jobs` threads; with one job, in the thread that adds. The watcher, which is not
     // owned, is called by that thread alone.
-    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr,
-                       Opening opening = Opening::anything);
+    explicit HashQueue(unsigned jobs, ReadWatcher* watcher = nullptr, Opening opening = Opening::anything);
     HashQueue(const HashQueue&) = delete;
     HashQueue& operator=(const HashQueue&) = delete;
     ~HashQueue(); // drops what is not done yet

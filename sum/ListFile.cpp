@@ -34,10 +34,8 @@ LineRules RulesOf(const Options& options, const Name& list, const ListFunctions&
 GivenFunctions FunctionsGivenBy(const Options& options) {
     GivenFunctions given;
     given.gnuOnly = options.checking.gnuOnly;
-    if (!options.functionsGiven)
-        return given;
-    given.choices = options.functions;
-    given.lengthGiven = options.lengthBits.has_value();
+    if (options.functionsGiven)
+        given.choices = options.functions;
     return given;
 }
 

@@ -43,7 +43,7 @@ struct Options {
     std::vector<FunctionChoice> functions; // never empty: those given, or else the default
     bool functionsGiven =
         false; // by -a, or by the name under which the program was called; a check then takes no
-               // other, except that BLAKE2b and SHAKE without lengthBits have any length
+               // other, but BLAKE2b and SHAKE without a length in their name have any length
     std::optional<std::size_t> lengthBits; // --length
 
     bool check = false;

@@ -84,23 +84,28 @@ TEST(Guess, ATagTellsTheFunction) {
 
 TEST(Guess, GivenFunctionsAreTheOnlyOnes) {
     const std::vector<sum::FunctionChoice> given = {*sum::ChoiceOfTag("SHA256", 32)};
-    sum::ListFunctions functions({given, false, false}, "list.md5");
+    sum::ListFunctions functions({given, false}, "list.md5");
     EXPECT_EQ(Untagged(functions, 32), "SHA256");
     EXPECT_EQ(Untagged(functions, 16), "malformed");
     EXPECT_EQ(FunctionsOf(functions, {{"MD5", Digits(16)}}), "malformed");
     EXPECT_EQ(FunctionsOf(functions, {{"md5", Digits(16)}, {"sha256", Digits(32)}}), "SHA256");
 }
 
-TEST(Guess, AGivenFunctionOfAnyLengthTakesAnyUnlessTheLengthIsGivenToo) {
+TEST(Guess, AGivenFunctionOfAnyLengthTakesAny) {
     const std::vector<sum::FunctionChoice> given = {*sum::ChoiceOfTag("BLAKE2b", 64)};
-    sum::ListFunctions any({given, false, false}, "list");
-    EXPECT_EQ(Untagged(any, 64), "BLAKE2b");
-    EXPECT_EQ(Untagged(any, 25), "BLAKE2b-200");
-    EXPECT_EQ(Untagged(any, 65), "malformed");
-    EXPECT_EQ(FunctionsOf(any, {{"BLAKE2b-256", Digits(32)}}), "BLAKE2b-256");
-    sum::ListFunctions one({given, true, false}, "list");
-    EXPECT_EQ(Untagged(one, 32), "malformed");
-    EXPECT_EQ(FunctionsOf(one, {{"BLAKE2b-256", Digits(32)}}), "malformed");
+    sum::ListFunctions functions({given, false}, "list");
+    EXPECT_EQ(Untagged(functions, 64), "BLAKE2b");
+    EXPECT_EQ(Untagged(functions, 25), "BLAKE2b-200");
+    EXPECT_EQ(Untagged(functions, 65), "malformed");
+    EXPECT_EQ(FunctionsOf(functions, {{"BLAKE2b-256", Digits(32)}}), "BLAKE2b-256");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA256", Digits(32)}}), "malformed");
+}
+
+TEST(Guess, TagsOfGnuToolsAreSpeltAsTheySpellThem) {
+    sum::ListFunctions functions({{}, true}, "list");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA256", Digits(32)}}), "SHA256");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA2-256", Digits(32)}}), "malformed");
+    EXPECT_EQ(FunctionsOf(functions, {{"none", Digits(32)}}), "malformed");
 }
 
 TEST(Guess, ADecisionHoldsForItsLengthAndEndsTheGuessing) {
