@@ -248,7 +248,6 @@ void Reader::CheckForms() const {
 void Reader::ChooseFunctions() {
     options_.functionsGiven =
         request_.IsGiven() || tool_.kind == ToolKind::digest || tool_.kind == ToolKind::blake2;
-    options_.lengthBits = request_.LengthBits();
     if (form_ == Form::sfv && !request_.IsGiven())
         request_.Add("crc32");
     if (form_ == Form::hashdeep && !request_.IsGiven())

@@ -30,7 +30,6 @@ class FunctionRequest {
     std::vector<FunctionChoice> Resolve(bool anyLength) const;
 
     bool IsGiven() const { return !names_.empty(); }
-    std::optional<std::size_t> LengthBits() const { return bits_; }
 
   private:
     void AddName(std::string_view name);

@@ -44,7 +44,6 @@ struct Options {
     bool functionsGiven =
         false; // by -a, or by the name under which the program was called; a check then takes no
                // other, but BLAKE2b and SHAKE without a length in their name have any length
-    std::optional<std::size_t> lengthBits; // --length
 
     bool check = false;
     CheckOptions checking;
