@@ -8,6 +8,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -59,6 +60,7 @@ struct Dialogue {
 Dialogue Ask(
     const std::string& typed, void (*prepare)() = [] {}, std::chrono::milliseconds pause = {}) {
     int terminal;
+    std::fflush(stdout); // or the child would pass on what this process has printed
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
         prepare();
@@ -158,6 +160,7 @@ TEST(EndAfterFaultPosix, TheStatusIsThree) {
 TEST(EndAfterFaultPosix, WhatWasPrintedBeforeIsNotLost) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
+    std::fflush(stdout);
     const pid_t child = fork();
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
