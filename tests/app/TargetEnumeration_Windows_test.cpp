@@ -17,9 +17,10 @@ namespace fs = std::filesystem;
 
 fs::path startDirectory;
 
-void RemoveStart(std::int64_t) {
-    fs::remove_all(startDirectory);
-}
+struct RemoveStart final : ReadObserver {
+    void Begin(std::int64_t) noexcept override { fs::remove_all(startDirectory); }
+    bool Read(std::size_t) noexcept override { return true; }
+};
 
 class WhereTheStartIsLost : public testing::Test {
   protected:
@@ -47,7 +48,7 @@ class WhereTheStartIsLost : public testing::Test {
     }
     std::wstring Path(const char* name) const { return (scratch.Directory() / name).wstring(); }
 
-    static constexpr ReadObserver removeStart = {RemoveStart, [](std::size_t) {}};
+    RemoveStart removeStart;
     const std::string digest = "  9dd4e461268c8034f5c8564e155c67a6\n"; // MD5 of "x"
 
     const fs::path before = fs::current_path();
