@@ -11,6 +11,9 @@ namespace sum {
 
 namespace {
 
+// A list may make up as many names of functions as it likes.
+constexpr std::size_t maxUnknownTags = 20;
+
 // What the lines of the list are called. Where the length of a digest may differ from line to line,
 // it is no part of that.
 std::string LineTerm(const Options& options) {
@@ -79,7 +82,9 @@ void CheckReport::Malformed(std::uint64_t line) {
 void CheckReport::UnknownFunction(std::uint64_t line, std::string_view tag) {
     ++totals_.unknown;
     Malformed(line);
-    if (unknownTags_.emplace(tag).second && !options_.checking.status)
+    if (unknownTags_.size() == maxUnknownTags || !unknownTags_.emplace(tag).second)
+        return;
+    if (!options_.checking.status)
         SayOfList("unknown function " + QuotedPlain(tag) + ", first in line " + std::to_string(line));
 }
 

@@ -37,7 +37,7 @@ class CheckReport {
     void ListItself(const Name& name);
 
     void Malformed(std::uint64_t line);
-    // A malformed line too. Said once for each function.
+    // A malformed line too. Said once for each function, and not for very many.
     void UnknownFunction(std::uint64_t line, std::string_view tag);
 
     // What the digests turned out to be of.

@@ -59,7 +59,9 @@ void HashQueue::Append(std::unique_ptr<Entry> entry, bool isFile) {
     while (!threads_.empty() && entries_.size() >= maxEntries)
         WaitForFront(lock);
     lock.unlock();
-    if (jobs_ == 1)
+    if (threads_.empty() && entries_.size() >= maxEntries) // a file, and then notes only
+        HashHere(0);
+    else if (jobs_ == 1)
         HashHere(enoughForOneThread);
     TellWatcher();
 }
