@@ -1,37 +1,38 @@
 // SPDX-License-Identifier: MIT
 #include "hash/kernels/CpuFeatures.h"
 
+#include "hash/kernels/Cpuid.h"
+
+#if defined(__x86_64__) // not with 32 bits, where no kernel uses what the processor has (Isa.h)
+#    include <cpuid.h>
+#endif
+
 namespace fyrn::kernels {
 namespace {
 
 CpuFeatures allowedFeatures = cpu::all;
 
-#if defined(__x86_64__) // not with 32 bits, where no kernel uses what the processor has (Isa.h)
+#if defined(__x86_64__)
 
-CpuFeatures When(bool supported, CpuFeatures feature) {
-    return supported ? feature : cpu::none;
-}
-
-// SHA-1 and SHA-256 instructions: leaf 7, EBX bit 29. The compiler's own query knows no name for them.
-bool HasShaInstructions() {
-    unsigned int eax = 7, ebx = 0, ecx = 0, edx = 0;
-    __asm__("cpuid" : "+a"(eax), "=b"(ebx), "+c"(ecx), "=d"(edx));
-    return (ebx >> 29 & 1) != 0;
+// Register 0. Only where CPUID says that the system lets programs ask.
+std::uint32_t ReadXcr0() {
+    std::uint32_t low = 0, high = 0;
+    __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
+    return low;
 }
 
 CpuFeatures DetectCpuFeatures() {
-    __builtin_cpu_init();
-    const bool sse41 = __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1");
-    const bool bmi = __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2");
-    const bool avx2 = __builtin_cpu_supports("avx") && __builtin_cpu_supports("avx2");
-    return When(sse41, cpu::ssse3) | When(__builtin_cpu_supports("pclmul") && sse41, cpu::pclmul) |
-           When(sse41 && HasShaInstructions(), cpu::sha) | When(bmi, cpu::bmi) | When(avx2, cpu::avx2) |
-           When(bmi && avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-                    __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl"),
-                cpu::avx512) |
-           When(__builtin_cpu_supports("avx512vbmi"), cpu::avx512vbmi) |
-           When(__builtin_cpu_supports("gfni"), cpu::gfni) |
-           When(__builtin_cpu_supports("vpclmulqdq"), cpu::vpclmul);
+    CpuidWords words;
+    std::uint32_t eax = 0, ebx = 0, ecx = 0, edx = 0;
+    if (__get_cpuid(1, &eax, &ebx, &ecx, &edx) != 0)
+        words.leaf1Ecx = ecx;
+    if (__get_cpuid_count(7, 0, &eax, &ebx, &ecx, &edx) != 0) {
+        words.leaf7Ebx = ebx;
+        words.leaf7Ecx = ecx;
+    }
+    if ((words.leaf1Ecx & bit_OSXSAVE) != 0)
+        words.xcr0 = ReadXcr0();
+    return FeaturesOf(words);
 }
 
 CpuMaker DetectMaker() {

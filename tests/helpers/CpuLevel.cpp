@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/helpers/CpuLevel.h"
 
+#include "tests/helpers/Processors.h"
+
 #include <cstdlib>
 #include <stdexcept>
 #include <string>
@@ -8,16 +10,13 @@
 namespace helpers {
 
 fyrn::kernels::CpuFeatures CpuFeaturesOfLevel(std::string_view level) {
-    namespace cpu = fyrn::kernels::cpu;
-    constexpr fyrn::kernels::CpuFeatures sse = cpu::ssse3 | cpu::pclmul | cpu::sha;
     if (level == "none")
-        return cpu::none;
-    if (level == "sse")
-        return sse;
-    if (level == "avx2")
-        return sse | cpu::bmi | cpu::avx2;
+        return fyrn::kernels::cpu::none;
     if (level == "all")
-        return cpu::all;
+        return fyrn::kernels::cpu::all;
+    for (const Processor& processor : Processors())
+        if (processor.name == level)
+            return processor.features;
     throw std::invalid_argument("no such level of processor features: " + std::string(level));
 }
 

@@ -2,9 +2,8 @@
 // The processor features that a whole run of a test program is held to, by the environment variable FYRN_TEST_CPU:
 //
 //   none     what every processor of the kind has: portable kernels only
-//   sse      SSE4.1, PCLMULQDQ and the SHA instructions
-//   avx2     those, BMI and AVX2
 //   all      whatever there is; also when the variable is not set
+//   zen      or another name of Processors.h: what that processor has
 //
 // Only test programs read the variable.
 #pragma once

@@ -143,6 +143,24 @@ TYPED_TEST_P(KernelSuite, OneCallEqualsOneCallForEachBlock) {
     }
 }
 
+TYPED_TEST_P(KernelSuite, TouchesNothingOutsideTheState) {
+    using State = typename TypeParam::State;
+    helpers::GuardedBuffer buffer(sizeof(State));
+    for (const std::size_t count : {std::size_t{0}, std::size_t{1}, TypeParam::maxBlocks}) {
+        const std::uint64_t seed = helpers::kernelSuiteSeed + 4000 + count;
+        const helpers::Bytes blocks = helpers::PseudoRandomBytes(count * TypeParam::blockSize, seed);
+        const State start = helpers::RandomState<TypeParam>(seed);
+        State expected = start;
+        TypeParam::Reference(expected, blocks.data(), count);
+        for (const auto& candidate : helpers::RunnableCandidates<TypeParam>())
+            for (std::uint8_t* const place : {buffer.Front(), buffer.Rear(sizeof(State))}) {
+                State* const state = new (place) State(start);
+                TypeParam::Run(candidate.function, *state, blocks.data(), count);
+                EXPECT_TRUE(*state == expected) << candidate.name << ", " << count << " blocks";
+            }
+    }
+}
+
 // Engines promise the state no more than the alignment of its type.
 TYPED_TEST_P(KernelSuite, StateNeedsOnlyTheAlignmentOfItsType) {
     using State = typename TypeParam::State;
@@ -166,4 +184,5 @@ REGISTER_TYPED_TEST_SUITE_P(KernelSuite, LastCandidateNeedsNothingOfTheProcessor
                             AgreesWithTheReferenceForEveryCountOfBlocks,
                             AgreesWithTheReferenceForExtremeBlocks,
                             AgreesWithTheReferenceAtEveryAlignmentOfTheBlocks, TouchesNothingOutsideTheBlocks,
-                            OneCallEqualsOneCallForEachBlock, StateNeedsOnlyTheAlignmentOfItsType);
+                            TouchesNothingOutsideTheState, OneCallEqualsOneCallForEachBlock,
+                            StateNeedsOnlyTheAlignmentOfItsType);
