@@ -4,24 +4,24 @@
 
 #if !defined(__cplusplus) || (__cplusplus < 202002L && (!defined(_MSVC_LANG) || _MSVC_LANG < 202002L))
 #    error "fyrn/fyrn.hpp needs C++20; fyrn/fyrn.h serves C and earlier C++"
-#endif
+#else // the one error that there is then
 
-#include "fyrn/fyrn.h"
+#    include "fyrn/fyrn.h"
 
-#include <cerrno>
-#include <cstddef>
-#include <filesystem>
-#include <fstream>
-#include <memory>
-#include <new>
-#include <optional>
-#include <span>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <system_error>
-#include <utility>
-#include <vector>
+#    include <cerrno>
+#    include <cstddef>
+#    include <filesystem>
+#    include <fstream>
+#    include <memory>
+#    include <new>
+#    include <optional>
+#    include <span>
+#    include <stdexcept>
+#    include <string>
+#    include <string_view>
+#    include <system_error>
+#    include <utility>
+#    include <vector>
 
 namespace fyrn {
 
@@ -192,3 +192,5 @@ inline std::string ToHex(std::span<const std::byte> bytes) {
 }
 
 } // namespace fyrn
+
+#endif

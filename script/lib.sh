@@ -9,7 +9,7 @@ jobs=$(nproc 2>/dev/null || echo 2)
 # One list per purpose. An entry is PROBE=PACKAGE: a command or a file that shows that the Debian package is there.
 build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
 test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
-  objdump=binutils qemu-x86_64=qemu-user
+  objdump=binutils qemu-x86_64=qemu-user abidiff=abigail-tools pkg-config=pkg-config
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev /usr/include/simde/x86/avx512.h=libsimde-dev)
 windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix)
@@ -125,9 +125,9 @@ configure_and_build() {
   quietly ninja -C "$root/build/$1" -j "$jobs"
 }
 
-# build_program PRESET: builds the program alone, in a folder that may have been configured for more.
+# build_program PRESET TARGET...: builds a program or a library alone, in a folder that may have been configured for more.
 build_program() {
-  locked "$1" configure_and_build_program "$1"
+  locked "$1" configure_and_build_program "$@"
 }
 
 configure_and_build_program() {
@@ -135,16 +135,18 @@ configure_and_build_program() {
     notice "Building fyrn"
     configure "$1" -DFYRN_TESTS=OFF
   fi
-  quietly ninja -C "$root/build/$1" -j "$jobs" fyrn
+  quietly ninja -C "$root/build/$1" -j "$jobs" "${@:2}"
 }
 
-# The program for Windows is one file to copy: it imports what every Windows has, and nothing else.
+# The program and the library for Windows are one file to copy each: they import what every Windows has, and nothing else.
 check_windows_imports() {
-  local imports foreign
-  imports=$(x86_64-w64-mingw32-objdump -p "$root/build/windows/fyrn.exe" | sed -n 's/^\tDLL Name: //p')
-  [ -n "$imports" ] || fail "build/windows/fyrn.exe: no imports found"
-  foreign=$(grep -ivxE '(kernel32|msvcrt|user32)\.dll' <<<"$imports") || return 0
-  fail "build/windows/fyrn.exe imports ${foreign//$'\n'/, }"
+  local file imports foreign
+  for file in build/windows/fyrn.exe build/windows/packaging/fyrn.dll; do
+    imports=$(x86_64-w64-mingw32-objdump -p "$root/$file" | sed -n 's/^\tDLL Name: //p')
+    [ -n "$imports" ] || fail "$file: no imports found"
+    foreign=$(grep -ivxE '(kernel32|msvcrt|user32)\.dll' <<<"$imports") || continue
+    fail "$file imports ${foreign//$'\n'/, }"
+  done
 }
 
 # run_ctest PRESET [CTEST-OPTION...]: its last lines are CTest's summary.

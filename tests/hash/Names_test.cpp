@@ -128,6 +128,19 @@ TEST(Names, SizesAreThoseOfTheObjects) {
     }
 }
 
+// Of sponges the rate, of MD6 a node, of sums one byte.
+TEST(Names, BlocksHaveTheirPublishedSizes) {
+    const std::map<std::string, std::size_t> sizes = {
+        {"BLAKE2-512", 128}, {"BLAKE3", 64},      {"CRC-32", 1},      {"CKSUM", 1},      {"SUM-BSD", 1},
+        {"SUM-SYSV", 1},     {"KECCAK-224", 144}, {"MD4", 64},        {"MD5", 64},       {"MD6-256", 512},
+        {"RIPEMD-160", 64},  {"SHA1", 64},        {"SHA2-224", 64},   {"SHA2-256", 64},  {"SHA2-384", 128},
+        {"SHA2-512", 128},   {"SHA3-256", 136},   {"SHAKE-128", 168}, {"SM3", 64},       {"SKEIN-256", 32},
+        {"SKEIN-512", 64},   {"SKEIN-1024", 128}, {"TIGER2-192", 64}, {"WHIRLPOOL", 64},
+    };
+    for (const auto& [name, size] : sizes)
+        EXPECT_EQ(fyrn_function_block_size(fyrn_function_find(name.c_str())), size) << name;
+}
+
 // Every function says which kernel it runs on; without any feature of the processor all of them run everywhere.
 TEST(Names, KernelsAreNamed) {
     for (const fyrn_function* function : AllFunctions()) {

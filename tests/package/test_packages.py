@@ -7,8 +7,6 @@ import hashlib
 import json
 import os
 import pathlib
-import re
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -17,26 +15,14 @@ import zipfile
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 FOLDER = pathlib.Path(os.environ["FYRN_PACKAGES"])
-VERSION = (PROJECT / "VERSION").read_text(encoding="utf-8").strip()
 WINE_PREFIX = PROJECT / "build" / "wineprefix"
 sys.path.insert(0, str(PROJECT / "tests" / "cli"))
 from expected import ROWS  # noqa: E402
-
-
-def call(*command, **options):
-    """The output of a command that must succeed."""
-    done = subprocess.run(command, capture_output=True, text=True, check=False, **options)
-    if done.returncode != 0:
-        raise AssertionError(f"{command} failed:\n{done.stdout}{done.stderr}")
-    return done.stdout
+from library_checks import VERSION, LibraryChecks, call, needs  # noqa: E402
 
 
 def debian_packages():
     return sorted(FOLDER.glob("*.deb"))
-
-
-def needs(tool):
-    return unittest.skipUnless(shutil.which(tool), f"needs {tool}")
 
 
 class Scratch(unittest.TestCase):
@@ -51,8 +37,8 @@ class Folder(Scratch):
         names = {path.name for path in FOLDER.iterdir()}
         architecture = call("dpkg", "--print-architecture").strip()
         self.assertEqual(names, {
-            f"fyrn-{VERSION}.tar.gz", f"fyrn_{VERSION}_{architecture}.deb", f"libfyrn-dev_{VERSION}_{architecture}.deb",
-            f"fyrn-{VERSION}-windows-x86_64.zip", f"fyrn-{VERSION}.spdx.json", "SHA256SUMS"})
+            f"fyrn-{VERSION}.tar.gz", f"fyrn_{VERSION}_{architecture}.deb", f"libfyrn1_{VERSION}_{architecture}.deb",
+            f"libfyrn-dev_{VERSION}_{architecture}.deb", f"fyrn-{VERSION}-windows-x86_64.zip", f"fyrn-{VERSION}.spdx.json", "SHA256SUMS"})
 
     def test_the_digests_are_right_and_complete(self):
         lines = (FOLDER / "SHA256SUMS").read_text(encoding="utf-8").splitlines()
@@ -90,23 +76,43 @@ class Folder(Scratch):
             folder = f"fyrn-{VERSION}-windows-x86_64/"
             self.assertEqual({name.removeprefix(folder) for name in archive.namelist()},
                              {"fyrn.exe", "README.md", "SECURITY.md", "CHANGELOG.md", "algorithms.md", "recipes.md",
-                              "LICENSE.txt", "MANUAL.txt"})
+                              "LICENSE.txt", "MANUAL.txt", "library.md", "fyrn.dll", "lib/libfyrn.dll.a",
+                              "include/fyrn/fyrn.h", "include/fyrn/fyrn.hpp"})
             self.assertEqual(archive.read(folder + "fyrn.exe")[:2], b"MZ")
             self.assertIn(b"WARNING\r\n", archive.read(folder + "MANUAL.txt"))
 
-    @unittest.skipUnless((WINE_PREFIX / "complete").exists(), "needs the Windows that script/test-windows makes")
-    def test_the_program_in_the_zip_works(self):
+    def unpacked_zip(self):
         with zipfile.ZipFile(FOLDER / f"fyrn-{VERSION}-windows-x86_64.zip") as archive:
             archive.extractall(self.scratch)
-        (self.scratch / "abc").write_bytes(b"abc")
-        program = self.scratch / f"fyrn-{VERSION}-windows-x86_64" / "fyrn.exe"
+        return self.scratch / f"fyrn-{VERSION}-windows-x86_64"
+
+    def wine(self, *command):
+        """The lines that a Windows program prints in the scratch directory."""
         wine = {"WINEPREFIX": str(WINE_PREFIX), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree=;mshtml="}
         # Wine's server keeps its streams beyond the program's end: a file does not wait for it.
         with open(self.scratch / "output", "wb") as output:
-            subprocess.run(["wine", program, "-hash=MD5", "abc"], cwd=self.scratch, env=os.environ | wine, timeout=300,
+            subprocess.run(["wine", *command], cwd=self.scratch, env=os.environ | wine, timeout=300,
                            stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.DEVNULL, check=True)
-        lines = (self.scratch / "output").read_text(encoding="utf-8").splitlines()
-        self.assertEqual(lines, ["Hashes: MD5 ", "", "abc", "  900150983cd24fb0d6963f7d28e17f72"])
+        return (self.scratch / "output").read_text(encoding="utf-8").splitlines()
+
+    @unittest.skipUnless((WINE_PREFIX / "complete").exists(), "needs the Windows that script/test-windows makes")
+    def test_the_program_in_the_zip_works(self):
+        (self.scratch / "abc").write_bytes(b"abc")
+        self.assertEqual(self.wine(self.unpacked_zip() / "fyrn.exe", "-hash=MD5", "abc"),
+                         ["Hashes: MD5 ", "", "abc", "  900150983cd24fb0d6963f7d28e17f72"])
+
+    @unittest.skipUnless((WINE_PREFIX / "complete").exists(), "needs the Windows that script/test-windows makes")
+    def test_programs_use_the_library_in_the_zip(self):
+        folder = self.unpacked_zip()
+        (self.scratch / "abc").write_bytes(b"abc")
+        for compiler, source, standard in (("gcc", "Consumer.c", "c11"), ("g++-posix", "Consumer.cpp", "c++20")):
+            with self.subTest(source=source):
+                program = folder / "consumer.exe"
+                call("x86_64-w64-mingw32-" + compiler, f"-std={standard}", "-Wall", "-Wextra", "-Werror", "-static",
+                     f"-I{folder / 'include'}", PROJECT / "tests/consumer" / source, folder / "lib/libfyrn.dll.a",
+                     "-o", program)
+                self.assertEqual(self.wine(program, "abc"),
+                                 [hashlib.new(name, b"abc").hexdigest() for name in ("md5", "sha256", "blake2b")])
 
     @needs("lintian")
     def test_lintian_has_nothing_to_say(self):
@@ -116,8 +122,7 @@ class Folder(Scratch):
                                       "--pedantic", "--fail-on", "error,warning,info,pedantic", package), "")
 
 
-@unittest.skipUnless(os.geteuid() == 0, "needs to be root to install")
-class Installed(Scratch):
+class InstalledPackages(Scratch):
     def setUp(self):
         super().setUp()
         self.root = self.scratch / "root"
@@ -141,14 +146,19 @@ class Installed(Scratch):
         (path,) = self.root.glob(pattern)
         return path
 
+
+@unittest.skipUnless(os.geteuid() == 0, "needs to be root to install")
+class Installed(InstalledPackages):
     def test_everything_is_in_its_place(self):
         for pattern in ("usr/bin/fyrn", "usr/share/man/man1/fyrn.1.gz", "usr/share/doc/fyrn/copyright",
                         "usr/share/doc/fyrn/changelog.gz", "usr/share/doc/fyrn/README.md",
                         "usr/share/doc/fyrn/recipes.md", "usr/share/doc/fyrn/algorithms.md",
                         "usr/share/bash-completion/completions/fyrn", "usr/share/zsh/vendor-completions/_fyrn",
-                        "usr/share/fish/vendor_completions.d/fyrn.fish", "usr/lib/*/libfyrn.a",
+                        "usr/share/fish/vendor_completions.d/fyrn.fish", "usr/lib/*/libfyrn.so.1",
+                        "usr/share/doc/libfyrn1/copyright", "usr/lib/*/libfyrn.so", "usr/lib/*/libfyrn.a",
                         "usr/lib/*/pkgconfig/fyrn.pc", "usr/lib/*/cmake/fyrn/fyrnConfig.cmake",
-                        "usr/include/fyrn/crypto/CCrypto_Sha.h", "usr/share/doc/libfyrn-dev/copyright"):
+                        "usr/include/fyrn/fyrn.h", "usr/share/doc/libfyrn-dev/library.md",
+                        "usr/share/doc/libfyrn-dev/copyright"):
             with self.subTest(pattern):
                 self.assertGreater(self.installed(pattern).stat().st_size, 0)
 
@@ -156,7 +166,7 @@ class Installed(Scratch):
         (self.scratch / "abc").write_bytes(b"abc")
         call(self.root / "usr/bin/fyrn", "-hash=ALL", self.scratch / "abc")
         self.assertNotEqual(self.files(), self.before)
-        self.dpkg("--purge", "fyrn", "libfyrn-dev")
+        self.dpkg("--purge", "fyrn", "libfyrn-dev", "libfyrn1")
         # dpkg makes /usr and the like with the first package, and takes them away with the last.
         self.assertEqual(self.files() - self.before, set())
         self.assertEqual(list(self.root.glob("var/lib/dpkg/info/*fyrn*")), [])
@@ -183,30 +193,12 @@ class Installed(Scratch):
         text = call("man", "-l", self.root / "usr/share/man/man1/fyrn.1.gz", env={"PATH": "/usr/bin:/bin", "MANWIDTH": "80"})
         self.assertIn("KNOWN BEHAVIOUR", text)
 
-    def check_consumer(self, program):
-        """The program of tests/consumer agrees with hashlib."""
-        content = b"a consumer's file"
-        (self.scratch / "file").write_bytes(content)
-        self.assertEqual(call(program, self.scratch / "file").split(),
-                         [hashlib.new(name, content).hexdigest() for name in ("md5", "sha256", "blake2b")])
 
-    @needs("cmake")
-    def test_a_cmake_project_finds_and_uses_the_library(self):
-        config = self.installed("usr/lib/*/cmake/fyrn")
-        call("cmake", "-S", PROJECT / "tests/consumer", "-B", self.scratch / "build", f"-Dfyrn_DIR={config}")
-        call("cmake", "--build", self.scratch / "build")
-        self.check_consumer(self.scratch / "build/consumer")
-
-    @needs("pkg-config")
-    def test_pkg_config_finds_the_library(self):
-        folder = self.installed("usr/lib/*/pkgconfig")
-        flags = call("pkg-config", "--cflags", "--libs", f"fyrn = {VERSION}", env=os.environ | {
-            "PKG_CONFIG_LIBDIR": str(folder), "PKG_CONFIG_SYSROOT_DIR": str(self.root),
-            "PKG_CONFIG_ALLOW_SYSTEM_LIBS": "1", "PKG_CONFIG_ALLOW_SYSTEM_CFLAGS": "1"}).split()
-        self.assertTrue(all(str(self.root) in flag for flag in flags if re.match("-[IL]", flag)), flags)
-        call("g++", "-std=c++20", "-Wall", "-Wextra", "-Wpedantic", "-Werror", PROJECT / "tests/consumer/Main.cpp", *flags,
-             "-o", self.scratch / "consumer")
-        self.check_consumer(self.scratch / "consumer")
+@unittest.skipUnless(os.geteuid() == 0, "needs to be root to install")
+class InstalledLibrary(LibraryChecks, InstalledPackages):
+    def setUp(self):
+        super().setUp()
+        self.prefix = self.root / "usr"
 
 
 if __name__ == "__main__":
