@@ -28,7 +28,7 @@ EntryKind KindOf(mode_t mode) {
 // meanwhile is taken for a file, whose opening then says so.
 EntryKind KindOf(const dirent& entry, int directory) {
     if (entry.d_type != DT_UNKNOWN)
-        return KindOf(DTTOIF(entry.d_type));
+        return KindOf(static_cast<mode_t>(DTTOIF(entry.d_type)));
     struct stat status;
     if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryKind::regular;

@@ -237,7 +237,8 @@ void Reader::CheckPrintOptions() const {
 
 // What the forms of other programs cannot hold.
 void Reader::CheckForms() const {
-    if (form_ == Form::untagged || form_ == Form::tagged || form_ == Form::json || !form_)
+    const Form form = form_.value_or(Form::untagged);
+    if (form == Form::untagged || form == Form::tagged || form == Form::json)
         return;
     if (base64_ || raw_)
         throw UsageError("this --format has digests in hexadecimal only");

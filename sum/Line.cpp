@@ -16,7 +16,7 @@ std::uint32_t NumberOf(const std::vector<std::byte>& digest) {
     return number;
 }
 
-std::string Padded(std::string text, std::size_t width, char filler) {
+std::string Padded(const std::string& text, std::size_t width, char filler) {
     return text.size() < width ? std::string(width - text.size(), filler) + text : text;
 }
 

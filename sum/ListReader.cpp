@@ -97,8 +97,8 @@ void ListReader::AppendUtf16(std::span<const char> bytes) {
         utf16_ += byte;
         if (utf16_.size() < 2)
             continue;
-        const auto first = static_cast<unsigned char>(utf16_[0]);
-        const auto second = static_cast<unsigned char>(utf16_[1]);
+        const unsigned first = static_cast<unsigned char>(utf16_[0]);
+        const unsigned second = static_cast<unsigned char>(utf16_[1]);
         utf16_.clear();
         AppendUnit(coding_ == Coding::littleEndian ? first | second << 8U : first << 8U | second);
     }

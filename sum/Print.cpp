@@ -86,9 +86,11 @@ Printer::Printer(const Options& options)
 }
 
 void Printer::AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output) {
-    LineSink& sink = output ? static_cast<LineSink&>(outputs_.emplace_back(*output)) : Out();
-    lists_.push_back({LineWriter(options_, std::move(functions)), &sink, first});
-    sink.Write(lists_.back().writer.Header());
+    LineSink* sink = &Out();
+    if (output)
+        sink = &outputs_.emplace_back(*output);
+    lists_.push_back({LineWriter(options_, std::move(functions)), sink, first});
+    sink->Write(lists_.back().writer.Header());
 }
 
 // What the lists are before the run, and what they are being written to.

@@ -31,7 +31,7 @@ class NewFiles : public testing::Test {
     }
 
     void SetUp() override {
-        directory_ = std::filesystem::temp_directory_path().string() + "/fyrn-newfile-" +
+        directory_ = std::filesystem::temp_directory_path().string() + "/fyrn-test-newfile-" +
                      testing::UnitTest::GetInstance()->current_test_info()->name();
         std::filesystem::remove_all(directory_);
         std::filesystem::create_directory(directory_);
