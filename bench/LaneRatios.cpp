@@ -116,7 +116,11 @@ Algorithm Blocks(const char* name, Candidates candidates, Kernel* kernel) {
 
 std::vector<Algorithm> Algorithms() {
     return {
+        Blocks<std::uint32_t, 4, 64>("Md4", LaneKernels().md4, Kernels().md4),
         Blocks<std::uint32_t, 4, 64>("Md5", LaneKernels().md5, Kernels().md5),
+        Blocks<std::uint32_t, 5, 64>("Sha1", LaneKernels().sha1, Kernels().sha1),
+        Blocks<std::uint32_t, 8, 64>("Sha256", LaneKernels().sha256, Kernels().sha256),
+        Blocks<std::uint64_t, 8, 128>("Sha512", LaneKernels().sha512, Kernels().sha512),
     };
 }
 

@@ -196,18 +196,23 @@ void Md6(const Case& given) {
 using Words32x4 = Words<std::uint32_t, 4>;
 
 constexpr void (*algorithms[])(const Case& given) = {
-    [](const Case& given) { Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md4); },
+    [](const Case& given) {
+        Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md4, fyrn::kernels::LaneKernels().md4);
+    },
     [](const Case& given) {
         Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md5, fyrn::kernels::LaneKernels().md5);
     },
     [](const Case& given) {
-        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().sha1);
+        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().sha1,
+                                           fyrn::kernels::LaneKernels().sha1);
     },
     [](const Case& given) {
-        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sha256);
+        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sha256,
+                                           fyrn::kernels::LaneKernels().sha256);
     },
     [](const Case& given) {
-        Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::KernelCandidates().sha512);
+        Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::KernelCandidates().sha512,
+                                            fyrn::kernels::LaneKernels().sha512);
     },
     [](const Case& given) {
         Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::KernelCandidates().tiger);

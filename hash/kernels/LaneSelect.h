@@ -8,7 +8,11 @@
 #pragma once
 
 #include "hash/kernels/CpuFeatures.h"
+#include "hash/kernels/Md4.h"
 #include "hash/kernels/Md5.h"
+#include "hash/kernels/Sha1.h"
+#include "hash/kernels/Sha256.h"
+#include "hash/kernels/Sha512.h"
 
 #include <cstddef>
 #include <span>
@@ -23,14 +27,18 @@ struct LaneCandidate {
     Function* function;
     std::size_t lanes;
     std::size_t
-        pays; // the least number of messages that it compresses faster than the kernels behind it, and those
-              // for one message, which such processors have
+        pays; // the least number of messages that it compresses faster than the kernels behind it and the one
+              // for one message
 };
 
 // A member for every algorithm that has lane kernels.
 template <template <class Function> class Of>
 struct PerLaneAlgorithm {
+    Of<Md4Lanes> md4;
     Of<Md5Lanes> md5;
+    Of<Sha1Lanes> sha1;
+    Of<Sha256Lanes> sha256;
+    Of<Sha512Lanes> sha512;
 };
 
 // Calls visit(name, member) for every such algorithm; member(x) is that member of x, a PerLaneAlgorithm or a
@@ -38,7 +46,15 @@ struct PerLaneAlgorithm {
 template <class Visit>
 void ForEachLaneAlgorithm(Visit visit) {
     visit(
+        "Md4", [](auto& of) -> auto& { return of.md4; });
+    visit(
         "Md5", [](auto& of) -> auto& { return of.md5; });
+    visit(
+        "Sha1", [](auto& of) -> auto& { return of.sha1; });
+    visit(
+        "Sha256", [](auto& of) -> auto& { return of.sha256; });
+    visit(
+        "Sha512", [](auto& of) -> auto& { return of.sha512; });
 }
 
 template <class Function>

@@ -76,6 +76,12 @@ ISA_LANES ALWAYS_INLINE Words<T> RotateRight(Words<T> x) {
     return RotateLeft<8 * sizeof(T) - count>(x);
 }
 
+template <std::size_t count, class T>
+ISA_LANES ALWAYS_INLINE void ReverseBytes(Words<T> (&words)[count]) {
+    for (Words<T>& each : words)
+        each = ReverseBytes(each);
+}
+
 // In each sixteen bytes: from four words of each of four messages to one word of all of them, and back.
 ISA_LANES ALWAYS_INLINE void Transpose(Words32& a, Words32& b, Words32& c, Words32& d) {
     const Register abLow = UnpackLow32(a.all, b.all);
@@ -160,6 +166,40 @@ ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std:
     LoadLine(messages + Half::lanes, offset, second);
     for (int i = 0; i < 16; ++i)
         w[i] = {first[i], second[i]};
+}
+
+// Two words of each message, from an offset in bytes on.
+template <class T>
+ISA_LANES ALWAYS_INLINE void LoadTwo(T* const messages[], std::size_t offset, Words64& a, Words64& b) {
+    a.all = LoadPieces<2>(messages, offset);
+    b.all = LoadPieces<2>(messages + 1, offset);
+    Transpose(a, b);
+}
+
+template <class T>
+ISA_LANES ALWAYS_INLINE void StoreTwo(T* const states[], std::size_t offset, Words64 a, Words64 b) {
+    Transpose(a, b);
+    StorePieces<2>(states, offset, a.all);
+    StorePieces<2>(states + 1, offset, b.all);
+}
+
+// The part of a line of 64 bytes that comes from one message of every two.
+ISA_LANES ALWAYS_INLINE void LoadLinePart(const std::uint8_t* const messages[], std::size_t offset,
+                                          Words64* w) {
+    w[0].all = LoadPieces<2>(messages, offset);
+    w[2].all = LoadPieces<2>(messages, offset + 16);
+    w[4].all = LoadPieces<2>(messages, offset + 32);
+    w[6].all = LoadPieces<2>(messages, offset + 48);
+}
+
+// The 8 words of a line of 64 bytes in each message.
+ISA_LANES ALWAYS_INLINE void LoadLine(const std::uint8_t* const messages[], std::size_t offset, Words64* w) {
+    LoadLinePart(messages, offset, w);
+    LoadLinePart(messages + 1, offset, w + 1);
+    Transpose(w[0], w[1]);
+    Transpose(w[2], w[3]);
+    Transpose(w[4], w[5]);
+    Transpose(w[6], w[7]);
 }
 
 } // namespace

@@ -1,37 +1,14 @@
 // SPDX-License-Identifier: MIT
-// SHA-1 with the processor's SHA instructions. One of them does four rounds on a register that holds A, B, C and D, the
-// first in the highest word, and takes E already added to the first message word; what E is in the four rounds after
-// that is a rotation of this A, which another instruction adds to the next four message words. The chain of the
-// four-round instructions, six cycles each, is the limit; the message schedule runs beside it.
-#include "hash/kernels/Isa.h"
-#include "hash/kernels/Sha1.h"
-
-#include <immintrin.h>
+// SHA-1 with the processor's SHA instructions.
+#include "hash/kernels/Sha1_X86ShaRounds.h"
 
 namespace fyrn::kernels {
 namespace {
 
-struct State {
-    __m128i abcd;
-    __m128i e; // in the highest word, before rotation but for the first four rounds
-};
-
-ISA_SHA ALWAYS_INLINE __m128i LoadWords(const std::uint8_t* bytes) {
-    const __m128i reverse = _mm_set_epi64x(0x0001020304050607, 0x08090a0b0c0d0e0f);
-    return _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)), reverse);
-}
-
-// Four rounds at a time, from group to 19. w holds the message words of this group and the next three.
+// Four rounds at a time, from group to 19.
 template <int group>
 ISA_SHA ALWAYS_INLINE void RoundsFrom(State& state, __m128i w[4]) {
-    constexpr int now = group % 4;
-    const __m128i e = group == 0 ? _mm_add_epi32(state.e, w[now]) : _mm_sha1nexte_epu32(state.e, w[now]);
-    state.e = state.abcd;
-    state.abcd = _mm_sha1rnds4_epu32(state.abcd, e, group / 5);
-    if constexpr (group < 16) {
-        const __m128i sum = _mm_xor_si128(_mm_sha1msg1_epu32(w[now], w[(group + 1) % 4]), w[(group + 2) % 4]);
-        w[now] = _mm_sha1msg2_epu32(sum, w[(group + 3) % 4]);
-    }
+    FourRounds<group>(state, w);
     if constexpr (group < 19)
         RoundsFrom<group + 1>(state, w);
 }
@@ -39,22 +16,15 @@ ISA_SHA ALWAYS_INLINE void RoundsFrom(State& state, __m128i w[4]) {
 } // namespace
 
 ISA_SHA void Sha1_Blocks_X86Sha(std::uint32_t words[5], const std::uint8_t* blocks, std::size_t count) {
-    constexpr int reverseWords = 0x1b;
-    auto* const firstFour = reinterpret_cast<__m128i*>(words);
-    State state;
-    state.abcd = _mm_shuffle_epi32(_mm_loadu_si128(firstFour), reverseWords);
-    state.e = _mm_set_epi32(static_cast<int>(words[4]), 0, 0, 0);
+    State state = LoadState(words);
     for (; count != 0; --count, blocks += 64) {
         const State before = state;
         __m128i w[4];
-        for (int i = 0; i < 4; ++i)
-            w[i] = LoadWords(blocks + 16 * i);
+        LoadBlock(w, blocks);
         RoundsFrom<0>(state, w);
-        state.e = _mm_sha1nexte_epu32(state.e, before.e);
-        state.abcd = _mm_add_epi32(state.abcd, before.abcd);
+        Add(state, before);
     }
-    _mm_storeu_si128(firstFour, _mm_shuffle_epi32(state.abcd, reverseWords));
-    words[4] = static_cast<std::uint32_t>(_mm_extract_epi32(state.e, 3));
+    StoreState(words, state);
 }
 
 } // namespace fyrn::kernels

@@ -29,9 +29,10 @@ TEST(LaneSelect, TheVisitorMeetsEveryAlgorithm) {
 
 TEST(LaneSelect, EveryCandidateHasANameAndLanesAndPaysWithinThem) {
     ForEachLaneAlgorithm([](const char* algorithm, auto member) {
-        std::set<std::string> names;
+        std::set<std::pair<std::string, fyrn::kernels::CpuFeatures>> entries;
         for (const auto& candidate : member(LaneKernels())) {
-            EXPECT_TRUE(names.insert(candidate.name).second) << algorithm << " " << candidate.name;
+            EXPECT_TRUE(entries.emplace(candidate.name, candidate.needs).second)
+                << algorithm << " " << candidate.name;
             EXPECT_GE(candidate.pays, 2u) << algorithm << " " << candidate.name;
             EXPECT_LE(candidate.pays, candidate.lanes) << algorithm << " " << candidate.name;
             EXPECT_TRUE(candidate.function != nullptr || !CanRun(candidate.needs))

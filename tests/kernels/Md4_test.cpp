@@ -2,6 +2,7 @@
 #include "tests/reference/Md4.h"
 
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -19,9 +20,15 @@ struct Md4Family {
         for (std::size_t i = 0; i < count; ++i)
             reference::Md4Compress(state, blocks + 64 * i);
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().md4; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
+    }
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Md4, KernelSuite, Md4Family, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Md4, LaneSuite, Md4Family, helpers::FamilyNames);
 
 // The compression of the padded empty message, from the suite of RFC 1320.
 TEST(Md4Blocks, CompressesThePaddedEmptyMessage) {

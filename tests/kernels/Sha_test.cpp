@@ -2,6 +2,7 @@
 #include "tests/reference/Sha.h"
 
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -19,6 +20,11 @@ struct Sha1Family {
         for (std::size_t i = 0; i < count; ++i)
             reference::Sha1Compress(state, blocks + blockSize * i);
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().sha1; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
+    }
 };
 
 struct Sha256Family {
@@ -34,6 +40,11 @@ struct Sha256Family {
     static void Reference(State& state, const std::uint8_t* blocks, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
             reference::Sha256Compress(state, blocks + blockSize * i);
+    }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().sha256; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
     }
 };
 
@@ -51,11 +62,19 @@ struct Sha512Family {
         for (std::size_t i = 0; i < count; ++i)
             reference::Sha512Compress(state, blocks + blockSize * i);
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().sha512; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
+    }
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Sha1, KernelSuite, Sha1Family, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sha1, LaneSuite, Sha1Family, helpers::FamilyNames);
 INSTANTIATE_TYPED_TEST_SUITE_P(Sha256, KernelSuite, Sha256Family, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sha256, LaneSuite, Sha256Family, helpers::FamilyNames);
 INSTANTIATE_TYPED_TEST_SUITE_P(Sha512, KernelSuite, Sha512Family, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Sha512, LaneSuite, Sha512Family, helpers::FamilyNames);
 
 // The examples "abc" of FIPS 180-4, which are one padded block: "abc", a one bit, zeros and the length of
 // 24 bits.

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+// SHA-256 of 8 messages side by side, with AVX2.
+#include "hash/kernels/Lanes_X86Avx2.h"
+#include "hash/kernels/Sha256_X86Lanes.h"
+
+namespace fyrn::kernels {
+
+ISA_LANES void Sha256_Lanes_X86Avx2x8(std::uint32_t* const states[], const std::uint8_t* const blocks[],
+                                        std::size_t count) {
+    CompressBlocks(states, blocks, count);
+}
+
+} // namespace fyrn::kernels
