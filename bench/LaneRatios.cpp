@@ -82,7 +82,7 @@ void Report(const Algorithm& algorithm, int rounds) {
 
 // The runs of an algorithm: single(kernel, bytes, size), lanes(kernel, messages, size).
 template <class Candidates, class Kernel, class Single, class Lanes>
-Algorithm Make(const char* name, Candidates candidates, Kernel* kernel, Single single, Lanes lanes) {
+Algorithm Make(const std::string& name, Candidates candidates, Kernel* kernel, Single single, Lanes lanes) {
     Algorithm algorithm{name, {}};
     for (const auto& candidate : candidates)
         if ((candidate.needs & ~fyrn::kernels::AvailableCpuFeatures()) == 0)
@@ -114,13 +114,74 @@ Algorithm Blocks(const char* name, Candidates candidates, Kernel* kernel) {
         });
 }
 
+Algorithm Blake2b() {
+    using State = fyrn::kernels::Blake2bState;
+    return Make(
+        "Blake2b", LaneKernels().blake2b, Kernels().blake2b,
+        [](auto* single, Bytes bytes, std::size_t size) {
+            State state{};
+            single(state, bytes, size / 128, 128);
+        },
+        [](auto* lanes, const Bytes messages[], std::size_t size) {
+            State states[mostLanes] = {};
+            State* pointers[mostLanes];
+            for (std::size_t lane = 0; lane < mostLanes; ++lane)
+                pointers[lane] = states + lane;
+            lanes(pointers, messages, size / 128, 128);
+        });
+}
+
+Algorithm Keccak(std::size_t rate) {
+    return Make(
+        "Keccak-" + std::to_string(rate), LaneKernels().keccak, Kernels().keccak,
+        [rate](auto* single, Bytes bytes, std::size_t size) {
+            std::uint64_t state[25] = {};
+            single(state, bytes, rate / 8, size / rate);
+        },
+        [rate](auto* lanes, const Bytes messages[], std::size_t size) {
+            std::uint64_t states[mostLanes][25] = {};
+            std::uint64_t* pointers[mostLanes];
+            for (std::size_t lane = 0; lane < mostLanes; ++lane)
+                pointers[lane] = states[lane];
+            lanes(pointers, messages, rate / 8, size / rate);
+        });
+}
+
+template <std::size_t words, class Candidates, class Kernel>
+Algorithm Skein(const char* name, Candidates candidates, Kernel* kernel) {
+    return Make(
+        name, candidates, kernel,
+        [](auto* single, Bytes bytes, std::size_t size) {
+            std::uint64_t chain[words] = {};
+            std::uint64_t tweak[2] = {};
+            single(chain, tweak, bytes, size / (8 * words), 8 * words);
+        },
+        [](auto* lanes, const Bytes messages[], std::size_t size) {
+            std::uint64_t states[mostLanes][words + 2] = {};
+            std::uint64_t* chains[mostLanes];
+            std::uint64_t* tweaks[mostLanes];
+            for (std::size_t lane = 0; lane < mostLanes; ++lane) {
+                chains[lane] = states[lane];
+                tweaks[lane] = states[lane] + words;
+            }
+            lanes(chains, tweaks, messages, size / (8 * words), 8 * words);
+        });
+}
+
 std::vector<Algorithm> Algorithms() {
     return {
+        Blake2b(),
+        Keccak(72),
+        Keccak(136),
+        Keccak(168),
         Blocks<std::uint32_t, 4, 64>("Md4", LaneKernels().md4, Kernels().md4),
         Blocks<std::uint32_t, 4, 64>("Md5", LaneKernels().md5, Kernels().md5),
         Blocks<std::uint32_t, 5, 64>("Sha1", LaneKernels().sha1, Kernels().sha1),
         Blocks<std::uint32_t, 8, 64>("Sha256", LaneKernels().sha256, Kernels().sha256),
         Blocks<std::uint64_t, 8, 128>("Sha512", LaneKernels().sha512, Kernels().sha512),
+        Skein<4>("Skein256", LaneKernels().skein256, Kernels().skein256),
+        Skein<8>("Skein512", LaneKernels().skein512, Kernels().skein512),
+        Blocks<std::uint64_t, 3, 64>("Tiger", LaneKernels().tiger, Kernels().tiger),
     };
 }
 

@@ -125,8 +125,10 @@ struct Words {
     Word words[count];
 };
 
-template <std::size_t words, class Candidates>
-void Skein(const Case& given, const Candidates& candidates) {
+struct NoLanes {};
+
+template <std::size_t words, class Candidates, class LaneCandidates = NoLanes>
+void Skein(const Case& given, const Candidates& candidates, const LaneCandidates& laneCandidates = {}) {
     struct State {
         std::uint64_t chain[words];
         std::uint64_t tweak[2];
@@ -136,24 +138,58 @@ void Skein(const Case& given, const Candidates& candidates) {
     Compare(candidates, start, [&](auto* kernel, State& state) {
         kernel(state.chain, state.tweak, blocks.Begin(), given.count, given.special);
     });
+    if constexpr (!std::is_same_v<LaneCandidates, NoLanes>) {
+        const std::size_t count = given.count / 2;
+        CompareLanes(
+            laneCandidates, start, blocks.Begin(), (given.count - count) * 8 * words,
+            [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
+                std::uint64_t* chains[mostLanes];
+                std::uint64_t* tweaks[mostLanes];
+                for (std::size_t lane = 0; lane < mostLanes; ++lane) {
+                    chains[lane] = states[lane]->chain;
+                    tweaks[lane] = states[lane]->tweak;
+                }
+                kernel(chains, tweaks, messages, count, given.special);
+            },
+            [&](State& state, const std::uint8_t* message) {
+                candidates.back().function(state.chain, state.tweak, message, count, given.special);
+            });
+    }
 }
 
 void Blake2b(const Case& given) {
-    const auto start = given.input.Take<fyrn::kernels::Blake2bState>();
+    using State = fyrn::kernels::Blake2bState;
+    const auto start = given.input.Take<State>();
     const Blocks blocks(given.input, given.count * 128, given.alignment);
     Compare(fyrn::kernels::KernelCandidates().blake2b, start,
-            [&](auto* kernel, fyrn::kernels::Blake2bState& state) {
-                kernel(state, blocks.Begin(), given.count, given.special);
-            });
+            [&](auto* kernel, State& state) { kernel(state, blocks.Begin(), given.count, given.special); });
+    const std::size_t count = given.count / 2;
+    CompareLanes(
+        fyrn::kernels::LaneKernels().blake2b, start, blocks.Begin(), (given.count - count) * 128,
+        [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
+            kernel(states, messages, count, given.special);
+        },
+        [&](State& state, const std::uint8_t* message) {
+            fyrn::kernels::Blake2b_Compress_Portable(state, message, count, given.special);
+        });
 }
 
 void Keccak(const Case& given) {
     using State = Words<std::uint64_t, 25>;
-    const auto lanes = static_cast<std::size_t>(given.special % 26);
+    const auto words = static_cast<std::size_t>(given.special % 26);
     const auto start = given.input.Take<State>();
-    const Blocks blocks(given.input, given.count * lanes * 8, given.alignment);
+    const Blocks blocks(given.input, given.count * words * 8, given.alignment);
     Compare(fyrn::kernels::KernelCandidates().keccak, start,
-            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), lanes, given.count); });
+            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), words, given.count); });
+    const std::size_t count = given.count / 2;
+    CompareLanes(
+        fyrn::kernels::LaneKernels().keccak, start, blocks.Begin(), (given.count - count) * words * 8,
+        [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
+            kernel(WordsOf(states).data(), messages, words, count);
+        },
+        [&](State& state, const std::uint8_t* message) {
+            fyrn::kernels::Keccak_Blocks_Portable(state.words, message, words, count);
+        });
 }
 
 void FillTables(std::uint64_t polynomial, fyrn::kernels::CrcTables& tables) {
@@ -215,13 +251,18 @@ constexpr void (*algorithms[])(const Case& given) = {
                                             fyrn::kernels::LaneKernels().sha512);
     },
     [](const Case& given) {
-        Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::KernelCandidates().tiger);
+        Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::KernelCandidates().tiger,
+                                           fyrn::kernels::LaneKernels().tiger);
     },
     [](const Case& given) {
         Plain<Words<std::uint64_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().whirlpool);
     },
-    [](const Case& given) { Skein<4>(given, fyrn::kernels::KernelCandidates().skein256); },
-    [](const Case& given) { Skein<8>(given, fyrn::kernels::KernelCandidates().skein512); },
+    [](const Case& given) {
+        Skein<4>(given, fyrn::kernels::KernelCandidates().skein256, fyrn::kernels::LaneKernels().skein256);
+    },
+    [](const Case& given) {
+        Skein<8>(given, fyrn::kernels::KernelCandidates().skein512, fyrn::kernels::LaneKernels().skein512);
+    },
     [](const Case& given) { Skein<16>(given, fyrn::kernels::KernelCandidates().skein1024); },
     Blake2b,
     Keccak,

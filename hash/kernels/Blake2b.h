@@ -30,4 +30,12 @@ Blake2bCompress Blake2b_Compress_Portable;
 Blake2bCompress Blake2b_Compress_X86Avx2;
 Blake2bCompress Blake2b_Compress_X86Avx512;
 
+// Compresses `count` blocks of each of many messages, each into a state of its own, adding
+// `added` bytes to each counter ahead of each block.
+using Blake2bLanes = void(Blake2bState* const states[], const std::uint8_t* const blocks[], std::size_t count,
+                          std::uint64_t added);
+
+Blake2bLanes Blake2b_Lanes_X86Avx512x8;
+Blake2bLanes Blake2b_Lanes_X86Avx2x4;
+
 } // namespace fyrn::kernels

@@ -7,24 +7,13 @@
 #pragma once
 
 #include "hash/kernels/Blake2b.h"
+#include "hash/kernels/Blake2b_Sigma.h"
 #include "hash/kernels/Isa.h"
 
 #include <immintrin.h>
 
 namespace fyrn::kernels {
 namespace {
-
-// The order of the message words in the rounds, which repeats after ten.
-inline constexpr int sigma[10][16] = {{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15},
-                                      {14, 10, 4, 8, 9, 15, 13, 6, 1, 12, 0, 2, 11, 7, 5, 3},
-                                      {11, 8, 12, 0, 5, 2, 15, 13, 10, 14, 3, 6, 7, 1, 9, 4},
-                                      {7, 9, 3, 1, 13, 12, 11, 14, 2, 6, 5, 10, 4, 0, 15, 8},
-                                      {9, 0, 5, 7, 2, 4, 10, 15, 14, 1, 11, 12, 6, 8, 3, 13},
-                                      {2, 12, 6, 10, 0, 11, 8, 3, 4, 13, 7, 5, 15, 14, 1, 9},
-                                      {12, 5, 1, 15, 14, 13, 4, 10, 0, 7, 6, 3, 9, 2, 8, 11},
-                                      {13, 11, 7, 14, 12, 1, 3, 9, 5, 0, 15, 4, 8, 6, 2, 10},
-                                      {6, 15, 14, 9, 11, 3, 0, 8, 12, 2, 13, 7, 1, 4, 10, 5},
-                                      {10, 2, 8, 4, 7, 6, 1, 5, 15, 11, 9, 14, 3, 12, 13, 0}};
 
 struct Rows {
     __m256i a, b, c, d;
@@ -68,7 +57,7 @@ ISA_BLAKE2B ALWAYS_INLINE void Mix(Rows& v, __m256i x, __m256i y) {
 
 template <int round>
 ISA_BLAKE2B ALWAYS_INLINE void Round(Rows& v, const std::uint8_t* block) {
-    constexpr const int(&s)[16] = sigma[round % 10];
+    constexpr const int(&s)[16] = blake2bSigma[round % 10];
     Mix(v, Gather<s[0], s[2], s[4], s[6]>(block), Gather<s[1], s[3], s[5], s[7]>(block));
     v.a = _mm256_permute4x64_epi64(v.a, 0x93);
     v.d = _mm256_permute4x64_epi64(v.d, 0x4e);

@@ -17,4 +17,11 @@ KeccakBlocks Keccak_Blocks_Portable;
 KeccakBlocks Keccak_Blocks_X86Bmi;
 KeccakBlocks Keccak_Blocks_X86Avx512;
 
+// The same for many messages, each with a state of its own, and blocks of `words` (0..25) words.
+using KeccakLanes = void(std::uint64_t* const states[], const std::uint8_t* const blocks[], std::size_t words,
+                         std::size_t count);
+
+KeccakLanes Keccak_Lanes_X86Avx512x8;
+KeccakLanes Keccak_Lanes_X86Avx2x4;
+
 } // namespace fyrn::kernels

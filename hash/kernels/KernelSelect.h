@@ -59,42 +59,26 @@ struct PerAlgorithm {
 // Calls visit(name, member) for every algorithm; member(x) is that member of x, a PerAlgorithm.
 template <class Visit>
 void ForEachAlgorithm(Visit visit) {
-    visit(
-        "Blake2b", [](auto& of) -> auto& { return of.blake2b; });
-    visit(
-        "Blake3", [](auto& of) -> auto& { return of.blake3; });
-    visit(
-        "Blake3Nodes", [](auto& of) -> auto& { return of.blake3Nodes; });
-    visit(
-        "Crc", [](auto& of) -> auto& { return of.crc; });
-    visit(
-        "Keccak", [](auto& of) -> auto& { return of.keccak; });
-    visit(
-        "Md4", [](auto& of) -> auto& { return of.md4; });
-    visit(
-        "Md5", [](auto& of) -> auto& { return of.md5; });
-    visit(
-        "Md6", [](auto& of) -> auto& { return of.md6; });
-    visit(
-        "Ripemd160", [](auto& of) -> auto& { return of.ripemd160; });
-    visit(
-        "Sha1", [](auto& of) -> auto& { return of.sha1; });
-    visit(
-        "Sha256", [](auto& of) -> auto& { return of.sha256; });
-    visit(
-        "Sha512", [](auto& of) -> auto& { return of.sha512; });
-    visit(
-        "Skein256", [](auto& of) -> auto& { return of.skein256; });
-    visit(
-        "Skein512", [](auto& of) -> auto& { return of.skein512; });
-    visit(
-        "Skein1024", [](auto& of) -> auto& { return of.skein1024; });
-    visit(
-        "Sm3", [](auto& of) -> auto& { return of.sm3; });
-    visit(
-        "Tiger", [](auto& of) -> auto& { return of.tiger; });
-    visit(
-        "Whirlpool", [](auto& of) -> auto& { return of.whirlpool; });
+    // clang-format off
+    visit("Blake2b", [](auto& of) -> auto& { return of.blake2b; });
+    visit("Blake3", [](auto& of) -> auto& { return of.blake3; });
+    visit("Blake3Nodes", [](auto& of) -> auto& { return of.blake3Nodes; });
+    visit("Crc", [](auto& of) -> auto& { return of.crc; });
+    visit("Keccak", [](auto& of) -> auto& { return of.keccak; });
+    visit("Md4", [](auto& of) -> auto& { return of.md4; });
+    visit("Md5", [](auto& of) -> auto& { return of.md5; });
+    visit("Md6", [](auto& of) -> auto& { return of.md6; });
+    visit("Ripemd160", [](auto& of) -> auto& { return of.ripemd160; });
+    visit("Sha1", [](auto& of) -> auto& { return of.sha1; });
+    visit("Sha256", [](auto& of) -> auto& { return of.sha256; });
+    visit("Sha512", [](auto& of) -> auto& { return of.sha512; });
+    visit("Skein256", [](auto& of) -> auto& { return of.skein256; });
+    visit("Skein512", [](auto& of) -> auto& { return of.skein512; });
+    visit("Skein1024", [](auto& of) -> auto& { return of.skein1024; });
+    visit("Sm3", [](auto& of) -> auto& { return of.sm3; });
+    visit("Tiger", [](auto& of) -> auto& { return of.tiger; });
+    visit("Whirlpool", [](auto& of) -> auto& { return of.whirlpool; });
+    // clang-format on
 }
 
 template <class Function>

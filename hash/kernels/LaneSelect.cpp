@@ -10,6 +10,16 @@ namespace {
 // differ, put between that and a Golden Cove core. Where there are SHA instructions wide vectors pay later; the same
 // kernel stands a second time for processors without them.
 
+constexpr LaneCandidate<Blake2bLanes> blake2b[] = {
+    {"avx512x8", cpu::avx512, X86(Blake2b_Lanes_X86Avx512x8), 8, 3},
+    {"avx2x4", cpu::avx2, X86(Blake2b_Lanes_X86Avx2x4), 4, 2},
+};
+
+constexpr LaneCandidate<KeccakLanes> keccak[] = {
+    {"avx512x8", cpu::avx512, X86(Keccak_Lanes_X86Avx512x8), 8, 3},
+    {"avx2x4", cpu::avx2, X86(Keccak_Lanes_X86Avx2x4), 4, 2},
+};
+
 constexpr LaneCandidate<Md4Lanes> md4[] = {
     {"avx512x32", cpu::avx512, X86(Md4_Lanes_X86Avx512x32), 32, 17},
     {"avx512x16", cpu::avx512, X86(Md4_Lanes_X86Avx512x16), 16, 2},
@@ -44,12 +54,32 @@ constexpr LaneCandidate<Sha512Lanes> sha512[] = {
     {"avx2x4", cpu::avx2, X86(Sha512_Lanes_X86Avx2x4), 4, 3},
 };
 
+constexpr LaneCandidate<SkeinLanes> skein256[] = {
+    {"avx512x8", cpu::avx512, X86(Skein256_Lanes_X86Avx512x8), 8, 3},
+    {"avx2x4", cpu::avx2, X86(Skein256_Lanes_X86Avx2x4), 4, 2},
+};
+
+constexpr LaneCandidate<SkeinLanes> skein512[] = {
+    {"avx512x8", cpu::avx512, X86(Skein512_Lanes_X86Avx512x8), 8, 3},
+    {"avx2x4", cpu::avx2, X86(Skein512_Lanes_X86Avx2x4), 4, 2},
+};
+
+constexpr LaneCandidate<TigerLanes> tiger[] = {
+    {"x3", cpu::none, Tiger_Lanes_Portablex3, 3, 3},
+    {"x2", cpu::none, Tiger_Lanes_Portablex2, 2, 2},
+};
+
 constexpr LaneTable table = {
+    .blake2b = blake2b,
+    .keccak = keccak,
     .md4 = md4,
     .md5 = md5,
     .sha1 = sha1,
     .sha256 = sha256,
     .sha512 = sha512,
+    .skein256 = skein256,
+    .skein512 = skein512,
+    .tiger = tiger,
 };
 
 } // namespace

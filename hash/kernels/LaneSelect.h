@@ -7,12 +7,16 @@
 // nobody reads, which may be one state for all such lanes.
 #pragma once
 
+#include "hash/kernels/Blake2b.h"
 #include "hash/kernels/CpuFeatures.h"
+#include "hash/kernels/Keccak.h"
 #include "hash/kernels/Md4.h"
 #include "hash/kernels/Md5.h"
 #include "hash/kernels/Sha1.h"
 #include "hash/kernels/Sha256.h"
 #include "hash/kernels/Sha512.h"
+#include "hash/kernels/Skein.h"
+#include "hash/kernels/Tiger.h"
 
 #include <cstddef>
 #include <span>
@@ -26,35 +30,41 @@ struct LaneCandidate {
     CpuFeatures needs;
     Function* function;
     std::size_t lanes;
-    std::size_t
-        pays; // the least number of messages that it compresses faster than the kernels behind it and the one
-              // for one message
+    // The least number of messages that it compresses faster than the kernels behind it and the one for one message.
+    std::size_t pays;
 };
 
 // A member for every algorithm that has lane kernels.
 template <template <class Function> class Of>
 struct PerLaneAlgorithm {
+    Of<Blake2bLanes> blake2b;
+    Of<KeccakLanes> keccak;
     Of<Md4Lanes> md4;
     Of<Md5Lanes> md5;
     Of<Sha1Lanes> sha1;
     Of<Sha256Lanes> sha256;
     Of<Sha512Lanes> sha512;
+    Of<SkeinLanes> skein256;
+    Of<SkeinLanes> skein512;
+    Of<TigerLanes> tiger;
 };
 
 // Calls visit(name, member) for every such algorithm; member(x) is that member of x, a PerLaneAlgorithm or a
 // PerAlgorithm (KernelSelect.h).
 template <class Visit>
 void ForEachLaneAlgorithm(Visit visit) {
-    visit(
-        "Md4", [](auto& of) -> auto& { return of.md4; });
-    visit(
-        "Md5", [](auto& of) -> auto& { return of.md5; });
-    visit(
-        "Sha1", [](auto& of) -> auto& { return of.sha1; });
-    visit(
-        "Sha256", [](auto& of) -> auto& { return of.sha256; });
-    visit(
-        "Sha512", [](auto& of) -> auto& { return of.sha512; });
+    // clang-format off
+    visit("Blake2b", [](auto& of) -> auto& { return of.blake2b; });
+    visit("Keccak", [](auto& of) -> auto& { return of.keccak; });
+    visit("Md4", [](auto& of) -> auto& { return of.md4; });
+    visit("Md5", [](auto& of) -> auto& { return of.md5; });
+    visit("Sha1", [](auto& of) -> auto& { return of.sha1; });
+    visit("Sha256", [](auto& of) -> auto& { return of.sha256; });
+    visit("Sha512", [](auto& of) -> auto& { return of.sha512; });
+    visit("Skein256", [](auto& of) -> auto& { return of.skein256; });
+    visit("Skein512", [](auto& of) -> auto& { return of.skein512; });
+    visit("Tiger", [](auto& of) -> auto& { return of.tiger; });
+    // clang-format on
 }
 
 template <class Function>

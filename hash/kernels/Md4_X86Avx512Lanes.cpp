@@ -6,12 +6,12 @@
 namespace fyrn::kernels {
 
 ISA_LANES void Md4_Lanes_X86Avx512x32(std::uint32_t* const states[], const std::uint8_t* const blocks[],
-                                       std::size_t count) {
+                                      std::size_t count) {
     CompressBlocks<Pair<Words32>>(states, blocks, count);
 }
 
 ISA_LANES void Md4_Lanes_X86Avx512x16(std::uint32_t* const states[], const std::uint8_t* const blocks[],
-                                       std::size_t count) {
+                                      std::size_t count) {
     CompressBlocks<Words32>(states, blocks, count);
 }
 

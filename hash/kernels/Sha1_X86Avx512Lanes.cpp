@@ -6,7 +6,7 @@
 namespace fyrn::kernels {
 
 ISA_LANES void Sha1_Lanes_X86Avx512x16(std::uint32_t* const states[], const std::uint8_t* const blocks[],
-                                        std::size_t count) {
+                                       std::size_t count) {
     CompressBlocks(states, blocks, count);
 }
 

@@ -35,7 +35,8 @@ ISA_LANES ALWAYS_INLINE void Round(Words32 a, Words32& b, Words32 c, Words32 d, 
 
 // Five rounds at a time, from `round` to 79.
 template <int round>
-ISA_LANES ALWAYS_INLINE void RoundsFrom(Words32& a, Words32& b, Words32& c, Words32& d, Words32& e, Words32 w[16]) {
+ISA_LANES ALWAYS_INLINE void RoundsFrom(Words32& a, Words32& b, Words32& c, Words32& d, Words32& e,
+                                        Words32 w[16]) {
     Round<round>(a, b, c, d, e, w);
     Round<round + 1>(e, a, b, c, d, w);
     Round<round + 2>(d, e, a, b, c, w);

@@ -18,7 +18,7 @@ ISA_SHA ALWAYS_INLINE void RoundsFrom(State& first, __m128i w1[4], State& second
 } // namespace
 
 ISA_SHA void Sha1_Lanes_X86Shax2(std::uint32_t* const states[], const std::uint8_t* const blocks[],
-                                   std::size_t count) {
+                                 std::size_t count) {
     State first = LoadState(states[0]);
     State second = LoadState(states[1]);
     for (std::size_t offset = 0; offset != 64 * count; offset += 64) {

@@ -60,6 +60,5 @@ ISA_SHA ALWAYS_INLINE void StoreState(std::uint32_t words[5], const State& state
     words[4] = static_cast<std::uint32_t>(_mm_extract_epi32(state.e, 3));
 }
 
-
 } // namespace
 } // namespace fyrn::kernels

@@ -33,14 +33,14 @@ struct WorkingWords {
 // The variables go by the names that they have in the first of eight rounds.
 #define ROUND(t, a, b, c, d, e, f, g, h)                                                                     \
     {                                                                                                        \
-        const Words64 sum = h + w[(t) % 16] + constants[t] + Choose(e, f, g) + BigSigma1(e);                   \
+        const Words64 sum = h + w[(t) % 16] + constants[t] + Choose(e, f, g) + BigSigma1(e);                 \
         const Words64 aXorB = a ^ b;                                                                         \
         d = d + sum;                                                                                         \
-        h = sum + Majority(a, b, c, aXorB, bXorC) + BigSigma0(a);                                             \
+        h = sum + Majority(a, b, c, aXorB, bXorC) + BigSigma0(a);                                            \
         bXorC = aXorB;                                                                                       \
         if constexpr (next)                                                                                  \
-            w[(t) % 16] = w[(t) % 16] + w[((t) + 9) % 16] + SmallSigma0(w[((t) + 1) % 16]) +                   \
-                          SmallSigma1(w[((t) + 14) % 16]);                                                     \
+            w[(t) % 16] = w[(t) % 16] + w[((t) + 9) % 16] + SmallSigma0(w[((t) + 1) % 16]) +                 \
+                          SmallSigma1(w[((t) + 14) % 16]);                                                   \
     }
 
 // Sixteen rounds; with `next`, each also makes the word of the schedule that takes the place of the one it used.

@@ -18,6 +18,15 @@ SkeinBlocks Skein1024_Blocks_Portable;
 SkeinBlocks Skein1024_Blocks_X86Avx2;
 SkeinBlocks Skein1024_Blocks_X86Avx512;
 
+// The same for many messages, each with a chaining value and a tweak of its own.
+using SkeinLanes = void(std::uint64_t* const chains[], std::uint64_t* const tweaks[],
+                        const std::uint8_t* const blocks[], std::size_t count, std::uint64_t added);
+
+SkeinLanes Skein256_Lanes_X86Avx512x8;
+SkeinLanes Skein256_Lanes_X86Avx2x4;
+SkeinLanes Skein512_Lanes_X86Avx512x8;
+SkeinLanes Skein512_Lanes_X86Avx2x4;
+
 // The flags and types of tweak word 1.
 namespace skein_tweak {
 inline constexpr std::uint64_t first = std::uint64_t{1} << 62;

@@ -2,6 +2,7 @@
 #include "tests/reference/Blake2b.h"
 
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -40,9 +41,15 @@ struct Blake2bFamily {
         state.counter[0] = counter.low;
         state.counter[1] = counter.high;
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().blake2b; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        candidate.function(states, blocks, count, 128);
+    }
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Blake2b, KernelSuite, Blake2bFamily, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Blake2b, LaneSuite, Blake2bFamily, helpers::FamilyNames);
 
 std::string ChainAsBytes(const fyrn::kernels::Blake2bState& state) {
     helpers::Bytes bytes;
@@ -80,6 +87,30 @@ TEST(Blake2bCompress, CarriesTheCounterIntoItsHighWord) {
             Blake2bFamily::Reference(expected, blocks.data(), 4);
             EXPECT_EQ(expected.counter[1], start + 512 < start ? 6u : 5u);
             EXPECT_TRUE(state == expected) << candidate.name << ", counter from " << start;
+        }
+    }
+}
+
+// Each lane's counter carries, or does not, alone; what is added need not be a block.
+TEST(Blake2bLanes, CountEachMessageAlone) {
+    const helpers::Bytes block = helpers::PseudoRandomBytes(128, 8);
+    for (const auto& candidate : helpers::RunnableLaneCandidates<Blake2bFamily>()) {
+        for (const std::uint64_t added : {std::uint64_t{0}, std::uint64_t{5}, std::uint64_t{128}, allOnes}) {
+            std::vector<Blake2bFamily::State> states(candidate.lanes);
+            std::vector<Blake2bFamily::State*> pointers;
+            for (std::size_t lane = 0; lane < candidate.lanes; ++lane) {
+                states[lane].counter[0] = lane % 2 == 0 ? allOnes - 4 + lane / 2 : std::uint64_t{1} << 63;
+                states[lane].counter[1] = lane;
+                pointers.push_back(&states[lane]);
+            }
+            std::vector<Blake2bFamily::State> expected = states;
+            const std::vector<const std::uint8_t*> blocks(candidate.lanes, block.data());
+            candidate.function(pointers.data(), blocks.data(), 1, added);
+            for (std::size_t lane = 0; lane < candidate.lanes; ++lane) {
+                fyrn::kernels::Blake2b_Compress_Portable(expected[lane], block.data(), 1, added);
+                EXPECT_TRUE(states[lane] == expected[lane])
+                    << candidate.name << ", lane " << lane << ", " << added << " bytes added";
+            }
         }
     }
 }

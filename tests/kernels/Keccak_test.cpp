@@ -2,6 +2,7 @@
 #include "tests/reference/Keccak.h"
 
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -18,6 +19,14 @@ struct KeccakFamily {
     static void Reference(State& state, const std::uint8_t* blocks, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
             reference::KeccakAbsorb(state, blocks + blockSize * i, lanes);
+    }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().keccak; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        std::uint64_t* words[helpers::mostLanes];
+        for (std::size_t lane = 0; lane < candidate.lanes; ++lane)
+            words[lane] = states[lane]->data();
+        candidate.function(words, blocks, lanes, count);
     }
 };
 
@@ -40,6 +49,7 @@ struct Rate168 : KeccakFamily<21> {
 
 using Families = testing::Types<Rate72, Rate104, Rate136, Rate144, Rate168>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Keccak, KernelSuite, Families, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Keccak, LaneSuite, Families, helpers::FamilyNames);
 
 TEST(KeccakBlocks, AbsorbsAnyNumberOfLanes) {
     for (std::size_t lanes = 1; lanes <= 25; ++lanes) {
@@ -51,6 +61,29 @@ TEST(KeccakBlocks, AbsorbsAnyNumberOfLanes) {
             reference::KeccakState state = {};
             candidate.function(state.data(), blocks.data(), lanes, 3);
             EXPECT_EQ(state, expected) << candidate.name << ", " << lanes << " lanes";
+        }
+    }
+}
+
+TEST(KeccakLanes, AbsorbAnyNumberOfWordsAndNoMore) {
+    for (const auto& candidate : helpers::RunnableLaneCandidates<Rate136>()) {
+        for (std::size_t words = 0; words <= 25; ++words) {
+            helpers::GuardedBuffer buffer(3 * 8 * words);
+            const helpers::Bytes message = helpers::PseudoRandomBytes(3 * 8 * words, words);
+            std::uint8_t* const place = buffer.Rear(message.size());
+            std::copy(message.begin(), message.end(), place);
+            reference::KeccakState expected = {};
+            for (std::size_t i = 0; i < 3; ++i)
+                reference::KeccakAbsorb(expected, place + 8 * words * i, words);
+            std::vector<reference::KeccakState> states(candidate.lanes);
+            std::vector<std::uint64_t*> pointers;
+            for (reference::KeccakState& state : states)
+                pointers.push_back(state.data());
+            const std::vector<const std::uint8_t*> blocks(candidate.lanes, place);
+            candidate.function(pointers.data(), blocks.data(), words, 3);
+            for (std::size_t lane = 0; lane < candidate.lanes; ++lane)
+                EXPECT_EQ(states[lane], expected)
+                    << candidate.name << ", lane " << lane << ", " << words << " words";
         }
     }
 }

@@ -3,6 +3,7 @@
 
 #include "hash/kernels/SkeinInitialValue.h"
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -46,10 +47,25 @@ struct SkeinFamily {
             state.chain[i] = cipher[i] ^ plain[i];
         state.tweak[1] &= ~(std::uint64_t{1} << 62);
     }
+    static auto LaneCandidates() {
+        return words == 4 ? fyrn::kernels::LaneKernels().skein256 : fyrn::kernels::LaneKernels().skein512;
+    }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count, std::uint64_t added = blockSize) {
+        std::uint64_t* chains[helpers::mostLanes];
+        std::uint64_t* tweaks[helpers::mostLanes];
+        for (std::size_t lane = 0; lane < candidate.lanes; ++lane) {
+            chains[lane] = states[lane]->chain;
+            tweaks[lane] = states[lane]->tweak;
+        }
+        candidate.function(chains, tweaks, blocks, count, added);
+    }
 };
 
 using SkeinFamilies = testing::Types<SkeinFamily<4>, SkeinFamily<8>, SkeinFamily<16>>;
+using SkeinFamiliesWithLanes = testing::Types<SkeinFamily<4>, SkeinFamily<8>>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Skein, KernelSuite, SkeinFamilies, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Skein, LaneSuite, SkeinFamiliesWithLanes, helpers::FamilyNames);
 
 template <class Family>
 class SkeinBlocks : public testing::Test {};
@@ -76,6 +92,33 @@ TYPED_TEST(SkeinBlocks, ClearTheFirstFlagAndNoOther) {
         state.tweak[1] = ~std::uint64_t{0};
         candidate.function(state.chain, state.tweak, block.data(), 1, 0);
         EXPECT_EQ(state.tweak[1], 0xbfff'ffff'ffff'ffffu) << candidate.name;
+    }
+}
+
+template <class Family>
+class SkeinLanes : public testing::Test {};
+
+TYPED_TEST_SUITE(SkeinLanes, SkeinFamiliesWithLanes, helpers::FamilyNames);
+
+TYPED_TEST(SkeinLanes, AddAnyNumberOfBytesToEachPosition) {
+    const helpers::Bytes block = helpers::PseudoRandomBytes(TypeParam::blockSize, 4);
+    const std::vector<const std::uint8_t*> blocks(helpers::mostLanes, block.data());
+    for (const auto& candidate : helpers::RunnableLaneCandidates<TypeParam>()) {
+        for (const std::uint64_t added : {0u, 1u, 8u, 31u}) {
+            std::vector<typename TypeParam::State> states;
+            for (std::size_t lane = 0; lane < candidate.lanes; ++lane)
+                states.push_back(helpers::RandomState<TypeParam>(lane));
+            auto expected = states;
+            std::vector<typename TypeParam::State*> pointers;
+            for (auto& state : states)
+                pointers.push_back(&state);
+            TypeParam::RunLanes(candidate, pointers.data(), blocks.data(), 1, added);
+            for (std::size_t lane = 0; lane < candidate.lanes; ++lane) {
+                TypeParam::ReferenceBlock(expected[lane], block.data(), added);
+                EXPECT_TRUE(states[lane] == expected[lane])
+                    << candidate.name << ", lane " << lane << ", " << added << " bytes added";
+            }
+        }
     }
 }
 

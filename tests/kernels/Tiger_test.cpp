@@ -3,6 +3,7 @@
 
 #include "hash/kernels/ByteOrder.h"
 #include "tests/helpers/KernelSuite.h"
+#include "tests/helpers/LaneSuite.h"
 
 namespace {
 
@@ -20,9 +21,15 @@ struct TigerFamily {
         for (std::size_t i = 0; i < count; ++i)
             reference::TigerCompress(state, blocks + 64 * i);
     }
+    static auto LaneCandidates() { return fyrn::kernels::LaneKernels().tiger; }
+    static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
+                         std::size_t count) {
+        helpers::RunLanes(candidate, states, blocks, count);
+    }
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Tiger, KernelSuite, TigerFamily, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Tiger, LaneSuite, TigerFamily, helpers::FamilyNames);
 
 // The first and last entries of the tables that the authors published.
 TEST(TigerBoxes, BeginAndEndAsPublished) {
