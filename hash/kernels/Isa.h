@@ -18,6 +18,7 @@
 #    define ISA_AVX2_BMI ISA("avx2,bmi,bmi2")
 #    define ISA_VPCLMUL ISA("avx2,pclmul,vpclmulqdq")
 #    define ISA_AVX512 ISA("avx512f,avx512bw,avx512dq,avx512vl")
+#    define ISA_AVX512_BMI ISA("avx512f,avx512bw,avx512dq,avx512vl,bmi,bmi2")
 #    define ISA_AVX512_VPCLMUL ISA("avx512f,avx512bw,avx512dq,avx512vl,pclmul,vpclmulqdq")
 #    define ISA_AVX512_VBMI_GFNI ISA("avx512f,avx512bw,avx512dq,avx512vl,avx512vbmi,gfni")
 #else

@@ -72,6 +72,7 @@ constexpr Candidate<Sha256Blocks> sha256[] = {
 };
 
 constexpr Candidate<Sha512Blocks> sha512[] = {
+    {"avx512", cpu::avx512, X86(Sha512_Blocks_X86Avx512)},
     {"avx2", cpu::avx2 | cpu::bmi, X86(Sha512_Blocks_X86Avx2)},
     {"portable", cpu::none, Sha512_Blocks_Portable},
 };

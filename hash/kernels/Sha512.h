@@ -12,6 +12,7 @@ using Sha512Blocks = void(std::uint64_t state[8], const std::uint8_t* blocks, st
 
 Sha512Blocks Sha512_Blocks_Portable;
 Sha512Blocks Sha512_Blocks_X86Avx2;
+Sha512Blocks Sha512_Blocks_X86Avx512;
 
 // Compresses `count` blocks of each of many messages, each into a state of its own.
 using Sha512Lanes = void(std::uint64_t* const states[], const std::uint8_t* const blocks[],
