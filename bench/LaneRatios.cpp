@@ -181,6 +181,7 @@ std::vector<Algorithm> Algorithms() {
         Blocks<std::uint64_t, 8, 128>("Sha512", LaneKernels().sha512, Kernels().sha512),
         Skein<4>("Skein256", LaneKernels().skein256, Kernels().skein256),
         Skein<8>("Skein512", LaneKernels().skein512, Kernels().skein512),
+        Skein<16>("Skein1024", LaneKernels().skein1024, Kernels().skein1024),
         Blocks<std::uint64_t, 3, 64>("Tiger", LaneKernels().tiger, Kernels().tiger),
     };
 }

@@ -125,10 +125,8 @@ struct Words {
     Word words[count];
 };
 
-struct NoLanes {};
-
-template <std::size_t words, class Candidates, class LaneCandidates = NoLanes>
-void Skein(const Case& given, const Candidates& candidates, const LaneCandidates& laneCandidates = {}) {
+template <std::size_t words, class Candidates, class LaneCandidates>
+void Skein(const Case& given, const Candidates& candidates, const LaneCandidates& laneCandidates) {
     struct State {
         std::uint64_t chain[words];
         std::uint64_t tweak[2];
@@ -138,23 +136,21 @@ void Skein(const Case& given, const Candidates& candidates, const LaneCandidates
     Compare(candidates, start, [&](auto* kernel, State& state) {
         kernel(state.chain, state.tweak, blocks.Begin(), given.count, given.special);
     });
-    if constexpr (!std::is_same_v<LaneCandidates, NoLanes>) {
-        const std::size_t count = given.count / 2;
-        CompareLanes(
-            laneCandidates, start, blocks.Begin(), (given.count - count) * 8 * words,
-            [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
-                std::uint64_t* chains[mostLanes];
-                std::uint64_t* tweaks[mostLanes];
-                for (std::size_t lane = 0; lane < mostLanes; ++lane) {
-                    chains[lane] = states[lane]->chain;
-                    tweaks[lane] = states[lane]->tweak;
-                }
-                kernel(chains, tweaks, messages, count, given.special);
-            },
-            [&](State& state, const std::uint8_t* message) {
-                candidates.back().function(state.chain, state.tweak, message, count, given.special);
-            });
-    }
+    const std::size_t count = given.count / 2;
+    CompareLanes(
+        laneCandidates, start, blocks.Begin(), (given.count - count) * 8 * words,
+        [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
+            std::uint64_t* chains[mostLanes];
+            std::uint64_t* tweaks[mostLanes];
+            for (std::size_t lane = 0; lane < mostLanes; ++lane) {
+                chains[lane] = states[lane]->chain;
+                tweaks[lane] = states[lane]->tweak;
+            }
+            kernel(chains, tweaks, messages, count, given.special);
+        },
+        [&](State& state, const std::uint8_t* message) {
+            candidates.back().function(state.chain, state.tweak, message, count, given.special);
+        });
 }
 
 void Blake2b(const Case& given) {
@@ -263,7 +259,9 @@ constexpr void (*algorithms[])(const Case& given) = {
     [](const Case& given) {
         Skein<8>(given, fyrn::kernels::KernelCandidates().skein512, fyrn::kernels::LaneKernels().skein512);
     },
-    [](const Case& given) { Skein<16>(given, fyrn::kernels::KernelCandidates().skein1024); },
+    [](const Case& given) {
+        Skein<16>(given, fyrn::kernels::KernelCandidates().skein1024, fyrn::kernels::LaneKernels().skein1024);
+    },
     Blake2b,
     Keccak,
     Crc,

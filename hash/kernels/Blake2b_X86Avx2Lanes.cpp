@@ -7,7 +7,7 @@
 namespace fyrn::kernels {
 
 ISA_LANES void Blake2b_Lanes_X86Avx2x4(Blake2bState* const states[], const std::uint8_t* const blocks[],
-                                         std::size_t count, std::uint64_t added) {
+                                       std::size_t count, std::uint64_t added) {
     CompressBlocks(states, blocks, count, added);
 }
 

@@ -7,7 +7,7 @@
 namespace fyrn::kernels {
 
 ISA_LANES void Keccak_Lanes_X86Avx2x4(std::uint64_t* const states[], const std::uint8_t* const blocks[],
-                                        std::size_t words, std::size_t count) {
+                                      std::size_t words, std::size_t count) {
     AbsorbBlocks(states, blocks, words, count);
 }
 

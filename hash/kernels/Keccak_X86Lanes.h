@@ -98,7 +98,8 @@ template <class T>
 ISA_LANES ALWAYS_INLINE Words64 LoadOne(T* const messages[], std::size_t offset) {
     alignas(64) std::uint64_t words[Words64::lanes];
     for (std::size_t lane = 0; lane < Words64::lanes; ++lane)
-        std::memcpy(words + lane, reinterpret_cast<const std::uint8_t*>(messages[lane]) + offset, sizeof *words);
+        std::memcpy(words + lane, reinterpret_cast<const std::uint8_t*>(messages[lane]) + offset,
+                    sizeof *words);
     Words64 all;
     std::memcpy(&all, words, sizeof all);
     return all;

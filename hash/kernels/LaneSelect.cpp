@@ -64,6 +64,11 @@ constexpr LaneCandidate<SkeinLanes> skein512[] = {
     {"avx2x4", cpu::avx2, X86(Skein512_Lanes_X86Avx2x4), 4, 2},
 };
 
+constexpr LaneCandidate<SkeinLanes> skein1024[] = {
+    {"avx512x8", cpu::avx512, X86(Skein1024_Lanes_X86Avx512x8), 8, 4},
+    {"avx2x4", cpu::avx2, X86(Skein1024_Lanes_X86Avx2x4), 4, 3},
+};
+
 constexpr LaneCandidate<TigerLanes> tiger[] = {
     {"x3", cpu::none, Tiger_Lanes_Portablex3, 3, 3},
     {"x2", cpu::none, Tiger_Lanes_Portablex2, 2, 2},
@@ -79,6 +84,7 @@ constexpr LaneTable table = {
     .sha512 = sha512,
     .skein256 = skein256,
     .skein512 = skein512,
+    .skein1024 = skein1024,
     .tiger = tiger,
 };
 

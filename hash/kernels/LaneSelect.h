@@ -46,6 +46,7 @@ struct PerLaneAlgorithm {
     Of<Sha512Lanes> sha512;
     Of<SkeinLanes> skein256;
     Of<SkeinLanes> skein512;
+    Of<SkeinLanes> skein1024;
     Of<TigerLanes> tiger;
 };
 
@@ -63,6 +64,7 @@ void ForEachLaneAlgorithm(Visit visit) {
     visit("Sha512", [](auto& of) -> auto& { return of.sha512; });
     visit("Skein256", [](auto& of) -> auto& { return of.skein256; });
     visit("Skein512", [](auto& of) -> auto& { return of.skein512; });
+    visit("Skein1024", [](auto& of) -> auto& { return of.skein1024; });
     visit("Tiger", [](auto& of) -> auto& { return of.tiger; });
     // clang-format on
 }

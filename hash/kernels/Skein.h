@@ -26,6 +26,8 @@ SkeinLanes Skein256_Lanes_X86Avx512x8;
 SkeinLanes Skein256_Lanes_X86Avx2x4;
 SkeinLanes Skein512_Lanes_X86Avx512x8;
 SkeinLanes Skein512_Lanes_X86Avx2x4;
+SkeinLanes Skein1024_Lanes_X86Avx512x8;
+SkeinLanes Skein1024_Lanes_X86Avx2x4;
 
 // The flags and types of tweak word 1.
 namespace skein_tweak {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Skein-256 and Skein-512 of many messages side by side. The words are never moved: where the permutation would have
+// Skein of many messages side by side. The words are never moved: where the permutation would have
 // brought them is known before the program runs, and after four rounds they are back.
 //
 // Lanes_X86Avx2.h or Lanes_X86Avx512.h is included ahead of this.

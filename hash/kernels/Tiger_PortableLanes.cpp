@@ -65,11 +65,13 @@ ALWAYS_INLINE void CompressBlocks(std::uint64_t* const states[], const std::uint
 
 } // namespace
 
-void Tiger_Lanes_Portablex3(std::uint64_t* const states[], const std::uint8_t* const blocks[], std::size_t count) {
+void Tiger_Lanes_Portablex3(std::uint64_t* const states[], const std::uint8_t* const blocks[],
+                            std::size_t count) {
     CompressBlocks<3>(states, blocks, count);
 }
 
-void Tiger_Lanes_Portablex2(std::uint64_t* const states[], const std::uint8_t* const blocks[], std::size_t count) {
+void Tiger_Lanes_Portablex2(std::uint64_t* const states[], const std::uint8_t* const blocks[],
+                            std::size_t count) {
     CompressBlocks<2>(states, blocks, count);
 }
 

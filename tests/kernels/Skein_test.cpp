@@ -48,7 +48,9 @@ struct SkeinFamily {
         state.tweak[1] &= ~(std::uint64_t{1} << 62);
     }
     static auto LaneCandidates() {
-        return words == 4 ? fyrn::kernels::LaneKernels().skein256 : fyrn::kernels::LaneKernels().skein512;
+        return words == 4   ? fyrn::kernels::LaneKernels().skein256
+               : words == 8 ? fyrn::kernels::LaneKernels().skein512
+                            : fyrn::kernels::LaneKernels().skein1024;
     }
     static void RunLanes(const auto& candidate, State* const states[], const std::uint8_t* const blocks[],
                          std::size_t count, std::uint64_t added = blockSize) {
@@ -63,9 +65,8 @@ struct SkeinFamily {
 };
 
 using SkeinFamilies = testing::Types<SkeinFamily<4>, SkeinFamily<8>, SkeinFamily<16>>;
-using SkeinFamiliesWithLanes = testing::Types<SkeinFamily<4>, SkeinFamily<8>>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Skein, KernelSuite, SkeinFamilies, helpers::FamilyNames);
-INSTANTIATE_TYPED_TEST_SUITE_P(Skein, LaneSuite, SkeinFamiliesWithLanes, helpers::FamilyNames);
+INSTANTIATE_TYPED_TEST_SUITE_P(Skein, LaneSuite, SkeinFamilies, helpers::FamilyNames);
 
 template <class Family>
 class SkeinBlocks : public testing::Test {};
@@ -98,7 +99,7 @@ TYPED_TEST(SkeinBlocks, ClearTheFirstFlagAndNoOther) {
 template <class Family>
 class SkeinLanes : public testing::Test {};
 
-TYPED_TEST_SUITE(SkeinLanes, SkeinFamiliesWithLanes, helpers::FamilyNames);
+TYPED_TEST_SUITE(SkeinLanes, SkeinFamilies, helpers::FamilyNames);
 
 TYPED_TEST(SkeinLanes, AddAnyNumberOfBytesToEachPosition) {
     const helpers::Bytes block = helpers::PseudoRandomBytes(TypeParam::blockSize, 4);
