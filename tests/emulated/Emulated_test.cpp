@@ -50,7 +50,9 @@ void ForEachChosen(Visit visit) {
 // The instance of the suites that takes the kernel of a source.
 std::string InstanceOf(const std::string& source) {
     const std::string algorithm = source.substr(0, source.find('_'));
-    return algorithm.starts_with("Skein") ? "Skein" : algorithm; // one instance for the three sizes of state
+    if (algorithm.starts_with("Skein")) // one instance for the three sizes of state
+        return "Skein";
+    return algorithm == "Blake3Nodes" ? "Blake3Chunks" : algorithm; // nodes are chunks or parents
 }
 
 bool SuiteHas(const std::string& name) {

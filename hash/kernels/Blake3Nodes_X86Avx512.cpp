@@ -2,7 +2,7 @@
 // BLAKE3's nodes side by side, with AVX-512.
 #include "hash/kernels/Lanes_X86Avx512.h"
 
-#include "hash/kernels/Blake3_X86Lanes.h"
+#include "hash/kernels/Blake3Nodes_X86.h"
 
 namespace fyrn::kernels {
 
