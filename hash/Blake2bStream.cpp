@@ -20,25 +20,37 @@ void Blake2bStream::Reset() {
     fill_ = 0;
 }
 
-void Blake2bStream::Update(const std::uint8_t* bytes, std::size_t count) {
-    if (count > blockSize - fill_) {
-        const auto compress = kernels::Kernels().blake2b;
-        if (fill_ != 0) {
-            const std::size_t room = blockSize - fill_;
-            std::copy_n(bytes, room, buffer_ + fill_);
-            compress(state_, buffer_, 1, blockSize);
-            bytes += room;
-            count -= room;
-            fill_ = 0;
-        }
-        const std::size_t whole = (count - 1) / blockSize; // the last block stays back
-        if (whole != 0)
-            compress(state_, bytes, whole, blockSize);
-        bytes += whole * blockSize;
-        count -= whole * blockSize;
+void Blake2bStream::CompressAlone(const std::uint8_t* blocks, std::size_t count) {
+    kernels::Kernels().blake2b(state_, blocks, count, blockSize);
+}
+
+// Completes the block in the buffer if more comes behind it.
+std::size_t Blake2bStream::Head(const std::uint8_t* bytes, std::size_t count) {
+    if (fill_ == 0)
+        return 0;
+    const std::size_t taken = std::min(count, blockSize - fill_);
+    std::copy_n(bytes, taken, buffer_ + fill_);
+    fill_ += taken;
+    if (taken != count) {
+        CompressAlone(buffer_, 1);
+        fill_ = 0;
     }
+    return taken;
+}
+
+// Keeps up to a block. Nothing comes behind a head that took everything.
+void Blake2bStream::Tail(const std::uint8_t* bytes, std::size_t count) {
     std::copy_n(bytes, count, buffer_ + fill_);
     fill_ += count;
+}
+
+void Blake2bStream::Update(const std::uint8_t* bytes, std::size_t count) {
+    const std::size_t head = Head(bytes, count);
+    const std::size_t whole = WholeBlocks(count - head);
+    if (whole != 0)
+        CompressAlone(bytes + head, whole);
+    const std::size_t tail = head + whole * blockSize;
+    Tail(bytes + tail, count - tail);
 }
 
 void Blake2bStream::Finish(std::uint8_t* digest) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hash/kernels/Blake2b.h"
+#include "hash/kernels/LaneSelect.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,6 +26,25 @@ class Blake2bStream {
     void Finish(std::uint8_t* digest);
 
     static const char* Kernel();
+
+    // Update in steps (LaneScheduler.h).
+    using LaneState = kernels::Blake2bState;
+    static constexpr std::size_t laneStateSize = 1;
+    static constexpr std::size_t BlockSize() { return blockSize; }
+    static constexpr std::size_t WholeBlocks(std::size_t count) {
+        return count == 0 ? 0 : (count - 1) / blockSize; // the last block stays back
+    }
+    kernels::Blake2bState* State() { return &state_; }
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
+    void Tail(const std::uint8_t* bytes, std::size_t count);
+    void Compressed(std::size_t) {}
+    void CompressAlone(const std::uint8_t* blocks, std::size_t count);
+    static kernels::LaneCandidates<kernels::Blake2bLanes> Lanes() { return kernels::LaneKernels().blake2b; }
+    static void CompressLanes(const kernels::LaneCandidate<kernels::Blake2bLanes>& kernel,
+                              kernels::Blake2bState* const states[], const std::uint8_t* const blocks[],
+                              std::size_t count) {
+        kernel.function(states, blocks, count, blockSize);
+    }
 
   protected:
     kernels::Blake2bState state_;

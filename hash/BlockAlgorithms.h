@@ -26,6 +26,7 @@ struct Md4 {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().md4, kernels::Kernels().md4);
     }
+    static auto Lanes() { return kernels::LaneKernels().md4; }
 };
 
 struct Md5 : Md4 {
@@ -50,6 +51,7 @@ struct Sha1 {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().sha1, kernels::Kernels().sha1);
     }
+    static auto Lanes() { return kernels::LaneKernels().sha1; }
 };
 
 struct Sha256 {
@@ -65,6 +67,7 @@ struct Sha256 {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().sha256, kernels::Kernels().sha256);
     }
+    static auto Lanes() { return kernels::LaneKernels().sha256; }
 };
 
 struct Sha224 : Sha256 {
@@ -87,6 +90,7 @@ struct Sha512 {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().sha512, kernels::Kernels().sha512);
     }
+    static auto Lanes() { return kernels::LaneKernels().sha512; }
 };
 
 struct Sha384 : Sha512 {
@@ -124,6 +128,7 @@ struct Tiger {
     static const char* Kernel() {
         return KernelName(kernels::KernelCandidates().tiger, kernels::Kernels().tiger);
     }
+    static auto Lanes() { return kernels::LaneKernels().tiger; }
 };
 template <std::size_t bytes>
 using Tiger1 = Tiger<bytes, 0x01>;

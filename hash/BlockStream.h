@@ -58,9 +58,9 @@ class BlockStream {
     void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Compress(blocks, count); }
     static auto Lanes() requires requires { Algorithm::Lanes(); }
     { return Algorithm::Lanes(); }
-    static void CompressLanes(auto* kernel, Word* const states[], const std::uint8_t* const blocks[],
+    static void CompressLanes(const auto& kernel, Word* const states[], const std::uint8_t* const blocks[],
                               std::size_t count) {
-        kernel(states, blocks, count);
+        kernel.function(states, blocks, count);
     }
 
   protected:

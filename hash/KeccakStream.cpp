@@ -20,23 +20,33 @@ void KeccakStream::Absorb(const std::uint8_t* blocks, std::size_t count) {
     kernels::Kernels().keccak(state_, blocks, rate_ / 8, count);
 }
 
-void KeccakStream::Update(const std::uint8_t* bytes, std::size_t count) {
-    if (fill_ != 0) {
-        const std::size_t taken = std::min(count, rate_ - fill_);
-        std::copy_n(bytes, taken, buffer_ + fill_);
-        fill_ += taken;
-        if (fill_ != rate_)
-            return;
+// Completes the block in the buffer, as far as the bytes go.
+std::size_t KeccakStream::Head(const std::uint8_t* bytes, std::size_t count) {
+    if (fill_ == 0)
+        return 0;
+    const std::size_t taken = std::min(count, rate_ - fill_);
+    std::copy_n(bytes, taken, buffer_ + fill_);
+    fill_ += taken;
+    if (fill_ == rate_) {
         Absorb(buffer_, 1);
         fill_ = 0;
-        bytes += taken;
-        count -= taken;
     }
-    const std::size_t whole = count / rate_;
+    return taken;
+}
+
+// Keeps less than a block. Nothing comes behind a head that took everything.
+void KeccakStream::Tail(const std::uint8_t* bytes, std::size_t count) {
+    std::copy_n(bytes, count, buffer_ + fill_);
+    fill_ += count;
+}
+
+void KeccakStream::Update(const std::uint8_t* bytes, std::size_t count) {
+    const std::size_t head = Head(bytes, count);
+    const std::size_t whole = WholeBlocks(count - head);
     if (whole != 0)
-        Absorb(bytes, whole);
-    fill_ = count - whole * rate_;
-    std::copy_n(bytes + whole * rate_, fill_, buffer_);
+        Absorb(bytes + head, whole);
+    const std::size_t tail = head + whole * rate_;
+    Tail(bytes + tail, count - tail);
 }
 
 void KeccakStream::Finish(std::uint8_t* digest) {

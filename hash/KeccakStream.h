@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hash/kernels/LaneSelect.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -29,6 +31,23 @@ class KeccakStream {
     void Finish(std::uint8_t* digest);
 
     static const char* Kernel();
+
+    // Update in steps (LaneScheduler.h).
+    using LaneState = std::uint64_t;
+    static constexpr std::size_t laneStateSize = stateSize / 8;
+    std::size_t BlockSize() const { return rate_; }
+    std::size_t WholeBlocks(std::size_t count) const { return count / rate_; }
+    std::uint64_t* State() { return state_; }
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
+    void Tail(const std::uint8_t* bytes, std::size_t count);
+    void Compressed(std::size_t) {}
+    void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Absorb(blocks, count); }
+    static kernels::LaneCandidates<kernels::KeccakLanes> Lanes() { return kernels::LaneKernels().keccak; }
+    void CompressLanes(const kernels::LaneCandidate<kernels::KeccakLanes>& kernel,
+                       std::uint64_t* const states[], const std::uint8_t* const blocks[],
+                       std::size_t count) const {
+        kernel.function(states, blocks, rate_ / 8, count);
+    }
 
   private:
     void Absorb(const std::uint8_t* blocks, std::size_t count);

@@ -14,7 +14,8 @@
 //   void Tail(bytes, count);                       // keeps what is left
 //   static auto Lanes();                           // the lane kernels (LaneSelect.h)
 //   void CompressAlone(blocks, count);
-//   void CompressLanes(kernel, states, blocks, count) const; // `this` is any of the streams: they are of one kind
+//   void CompressLanes(const kernels::LaneCandidate<...>& kernel, states, blocks, count) const; // `this` is any of
+//                                                  // the streams: they are of one kind
 #pragma once
 
 #include "hash/kernels/LaneSelect.h"
@@ -72,7 +73,7 @@ class LaneScheduler {
             states[i] = i < busy ? jobs[i].stream->State() : idle;
             blocks[i] = jobs[i < busy ? i : 0].blocks;
         }
-        jobs[0].stream->CompressLanes(kernel.function, states, blocks, blockCount);
+        jobs[0].stream->CompressLanes(kernel, states, blocks, blockCount);
         for (std::size_t i = 0; i < busy; ++i) {
             jobs[i].stream->Compressed(blockCount);
             jobs[i].blocks += blockCount * jobs[i].stream->BlockSize();

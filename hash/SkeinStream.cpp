@@ -2,6 +2,7 @@
 #include "hash/SkeinStream.h"
 
 #include "hash/KernelName.h"
+#include "hash/LaneScheduler.h"
 #include "hash/kernels/ByteOrder.h"
 #include "hash/kernels/KernelSelect.h"
 #include "hash/kernels/SkeinInitialValue.h"
@@ -26,7 +27,7 @@ constexpr auto initialValue = kernels::SkeinInitialValue<words>();
 
 template <std::size_t words>
 void SkeinStream<words>::Reset() {
-    std::copy(initialValue<words>.begin(), initialValue<words>.end(), chain_);
+    std::copy(initialValue<words>.begin(), initialValue<words>.end(), state_.chain);
     StartStage(kernels::skein_tweak::message);
     fill_ = 0;
 }
@@ -34,47 +35,71 @@ void SkeinStream<words>::Reset() {
 // Position 0, the first flag and the stage's own flags and type.
 template <std::size_t words>
 void SkeinStream<words>::StartStage(std::uint64_t typeAndFlags) {
-    tweak_[0] = 0;
-    tweak_[1] = kernels::skein_tweak::first | typeAndFlags;
+    state_.tweak[0] = 0;
+    state_.tweak[1] = kernels::skein_tweak::first | typeAndFlags;
 }
 
 template <std::size_t words>
 void SkeinStream<words>::Absorb(const std::uint8_t* blocks, std::size_t count, std::size_t added) {
-    ChosenKernel<words>()(chain_, tweak_, blocks, count, added);
+    ChosenKernel<words>()(state_.chain, state_.tweak, blocks, count, added);
+}
+
+template <std::size_t words>
+void SkeinStream<words>::CompressLanes(const kernels::LaneCandidate<kernels::SkeinLanes>& kernel,
+                                       LaneState* const states[], const std::uint8_t* const blocks[],
+                                       std::size_t count) {
+    std::uint64_t* chains[maxLanes];
+    std::uint64_t* tweaks[maxLanes];
+    for (std::size_t i = 0; i < kernel.lanes; ++i) {
+        chains[i] = states[i]->chain;
+        tweaks[i] = states[i]->tweak;
+    }
+    kernel.function(chains, tweaks, blocks, count, blockSize);
+}
+
+// Completes the block in the buffer if more comes behind it.
+template <std::size_t words>
+std::size_t SkeinStream<words>::Head(const std::uint8_t* bytes, std::size_t count) {
+    if (fill_ == 0)
+        return 0;
+    const std::size_t taken = std::min(count, blockSize - fill_);
+    std::copy_n(bytes, taken, buffer_ + fill_);
+    fill_ += taken;
+    if (taken != count) {
+        Absorb(buffer_, 1, blockSize);
+        fill_ = 0;
+    }
+    return taken;
+}
+
+// Keeps up to a block. Nothing comes behind a head that took everything.
+template <std::size_t words>
+void SkeinStream<words>::Tail(const std::uint8_t* bytes, std::size_t count) {
+    std::copy_n(bytes, count, buffer_ + fill_);
+    fill_ += count;
 }
 
 template <std::size_t words>
 void SkeinStream<words>::Update(const std::uint8_t* bytes, std::size_t count) {
-    if (count > blockSize - fill_) {
-        if (fill_ != 0) {
-            const std::size_t room = blockSize - fill_;
-            std::copy_n(bytes, room, buffer_ + fill_);
-            Absorb(buffer_, 1, blockSize);
-            bytes += room;
-            count -= room;
-            fill_ = 0;
-        }
-        const std::size_t whole = (count - 1) / blockSize; // the last block stays back
-        if (whole != 0)
-            Absorb(bytes, whole, blockSize);
-        bytes += whole * blockSize;
-        count -= whole * blockSize;
-    }
-    std::copy_n(bytes, count, buffer_ + fill_);
-    fill_ += count;
+    const std::size_t head = Head(bytes, count);
+    const std::size_t whole = WholeBlocks(count - head);
+    if (whole != 0)
+        Absorb(bytes + head, whole, blockSize);
+    const std::size_t tail = head + whole * blockSize;
+    Tail(bytes + tail, count - tail);
 }
 
 // The output stage hashes the counter 0.
 template <std::size_t words>
 void SkeinStream<words>::Finish(std::uint8_t* digest) {
-    tweak_[1] |= kernels::skein_tweak::final;
+    state_.tweak[1] |= kernels::skein_tweak::final;
     std::memset(buffer_ + fill_, 0, blockSize - fill_);
     Absorb(buffer_, 1, fill_);
     StartStage(kernels::skein_tweak::final | kernels::skein_tweak::output);
     std::memset(buffer_, 0, blockSize);
     Absorb(buffer_, 1, sizeof(std::uint64_t));
     for (std::size_t i = 0; i < words; ++i)
-        kernels::StoreLittle(digest + 8 * i, chain_[i]);
+        kernels::StoreLittle(digest + 8 * i, state_.chain[i]);
 }
 
 template <std::size_t words>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hash/kernels/LaneSelect.h"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -23,16 +25,34 @@ class SkeinStream {
 
     static const char* Kernel();
 
+    // Update in steps (LaneScheduler.h).
+    struct LaneState {
+        std::uint64_t chain[words];
+        std::uint64_t tweak[2]; // the position, and the stage
+    };
+    static constexpr std::size_t laneStateSize = 1;
+    static constexpr std::size_t BlockSize() { return blockSize; }
+    static constexpr std::size_t WholeBlocks(std::size_t count) {
+        return count == 0 ? 0 : (count - 1) / blockSize; // the last block stays back
+    }
+    LaneState* State() { return &state_; }
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
+    void Tail(const std::uint8_t* bytes, std::size_t count);
+    void Compressed(std::size_t) {}
+    void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Absorb(blocks, count, blockSize); }
+    static kernels::LaneCandidates<kernels::SkeinLanes> Lanes() {
+        const kernels::LaneTable& table = kernels::LaneKernels();
+        return words == 4 ? table.skein256 : words == 8 ? table.skein512 : table.skein1024;
+    }
+    static void CompressLanes(const kernels::LaneCandidate<kernels::SkeinLanes>& kernel,
+                              LaneState* const states[], const std::uint8_t* const blocks[],
+                              std::size_t count);
+
   private:
     void StartStage(std::uint64_t typeAndFlags);
     void Absorb(const std::uint8_t* blocks, std::size_t count, std::size_t added);
 
-    std::uint64_t chain_[words];
-
-  protected:
-    std::uint64_t tweak_[2]; // the position, and the stage
-
-  private:
+    LaneState state_;
     std::size_t fill_; // bytes in the buffer, 0 to blockSize
     std::uint8_t buffer_[blockSize];
 };

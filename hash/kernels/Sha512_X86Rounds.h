@@ -95,7 +95,8 @@ ISA_SHA512 ALWAYS_INLINE void StoreWithConstants(Word* wk, Words words, int t) {
     ROUND(f, g, h, a, b, c, d, e, i + 3, SCHEDULE_4(m0, m1, m2, m3))
 
 // Compresses blocks as Sha512Blocks does.
-ISA_SHA512 ALWAYS_INLINE void CompressBlocks(std::uint64_t state[8], const std::uint8_t* blocks, std::size_t count) {
+ISA_SHA512 ALWAYS_INLINE void CompressBlocks(std::uint64_t state[8], const std::uint8_t* blocks,
+                                             std::size_t count) {
     Word a = state[0];
     Word b = state[1];
     Word c = state[2];

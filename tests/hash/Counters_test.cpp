@@ -124,7 +124,7 @@ template <std::size_t words>
 struct CountedSkein : SkeinStream<words> {
     explicit CountedSkein(std::uint64_t position) {
         this->Reset();
-        this->tweak_[0] = position;
+        this->State()->tweak[0] = position;
     }
 };
 
