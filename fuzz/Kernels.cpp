@@ -225,6 +225,19 @@ void Md6(const Case& given) {
             [&](auto* kernel, State& state) { kernel(state.values, nodes.Begin(), given.count, batch); });
 }
 
+// Chunks or pairs of values, with any number.
+void Blake3Nodes(const Case& given) {
+    struct State {
+        std::uint8_t values[maxBlocks * fyrn::kernels::blake3ValueSize];
+    };
+    const bool areChunks = given.input.Take<std::uint8_t>() % 2 == 0;
+    const auto level = areChunks ? fyrn::kernels::Blake3Level::chunks : fyrn::kernels::Blake3Level::parents;
+    const Blocks nodes(given.input, given.count * (areChunks ? 1024 : 64), given.alignment);
+    Compare(fyrn::kernels::KernelCandidates().blake3Nodes, State{}, [&](auto* kernel, State& state) {
+        kernel(state.values, nodes.Begin(), given.count, level, given.special);
+    });
+}
+
 using Words32x4 = Words<std::uint32_t, 4>;
 
 constexpr void (*algorithms[])(const Case& given) = {
@@ -272,6 +285,7 @@ constexpr void (*algorithms[])(const Case& given) = {
     [](const Case& given) {
         Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sm3);
     },
+    Blake3Nodes,
 };
 
 } // namespace
