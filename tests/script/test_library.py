@@ -30,7 +30,8 @@ class Here(LibraryChecks, unittest.TestCase):
 class Debian(unittest.TestCase):
     def test_the_symbols_file_names_every_function(self):
         lines = (PROJECT / "packaging/debian/libfyrn1.symbols").read_text(encoding="utf-8").splitlines()
-        self.assertEqual({line.split("@")[0].strip() for line in lines[1:]}, {"FYRN_1", *declared_functions()})
+        named = {line.split("@")[0].strip() for line in lines if line.startswith(" ")}
+        self.assertEqual(named, {"FYRN_1", *declared_functions()})
 
 
 class Moved(unittest.TestCase):
