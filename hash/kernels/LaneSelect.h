@@ -19,6 +19,7 @@
 #include "hash/kernels/Tiger.h"
 
 #include <cstddef>
+#include <limits>
 #include <span>
 
 namespace fyrn::kernels {
@@ -32,7 +33,11 @@ struct LaneCandidate {
     std::size_t lanes;
     // The least number of messages that it compresses faster than the kernels behind it and the one for one message.
     std::size_t pays;
+    // The same where there are SHA instructions, which the kernels behind it and the one for one message use.
+    std::size_t paysBesideSha = pays;
 };
+
+inline constexpr std::size_t paysNever = std::numeric_limits<std::size_t>::max();
 
 // A member for every algorithm that has lane kernels.
 template <template <class Function> class Of>
@@ -76,11 +81,17 @@ using LaneTable = PerLaneAlgorithm<LaneCandidates>;
 // Every candidate, best first for as many messages as there may be.
 const LaneTable& LaneKernels();
 
+// From how many messages a candidate pays on this processor.
+template <class Function>
+std::size_t PaysFrom(const LaneCandidate<Function>& candidate) {
+    return (AvailableCpuFeatures() & cpu::sha) != 0 ? candidate.paysBesideSha : candidate.pays;
+}
+
 // The kernel for that number of messages on this processor; null where one message after the other is faster.
 template <class Function>
 const LaneCandidate<Function>* ChooseLanes(LaneCandidates<Function> candidates, std::size_t messages) {
     for (const LaneCandidate<Function>& candidate : candidates)
-        if ((candidate.needs & ~AvailableCpuFeatures()) == 0 && candidate.pays <= messages)
+        if ((candidate.needs & ~AvailableCpuFeatures()) == 0 && PaysFrom(candidate) <= messages)
             return &candidate;
     return nullptr;
 }
