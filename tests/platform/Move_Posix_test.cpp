@@ -37,6 +37,19 @@ TEST_F(MovePosix, AHardLinkOfTheSameNameElsewhereIsInTheWay) {
     EXPECT_EQ(Read("sub/a"), "x");
 }
 
+// Where the file system knows both spellings, even files that look alike are two.
+TEST_F(MovePosix, NamesThatDifferInCaseAreTwo) {
+    const timespec times[] = {{1, 0}, {1, 0}};
+    for (const char* const directory : {"d", "D"})
+        fs::create_directory(directory);
+    for (const char* const name : {"d/a", "D/a", "d/A"}) {
+        Write(name, "x");
+        ASSERT_EQ(utimensat(AT_FDCWD, name, times, 0), 0);
+    }
+    EXPECT_EQ(Try("D/a", "d/a"), MoveResult::nameTaken);
+    EXPECT_EQ(Try("d/A", "d/a"), MoveResult::nameTaken);
+}
+
 TEST_F(MovePosix, TheNameIsTheSameThroughALinkedDirectory) {
     fs::create_directory("sub");
     fs::create_directory_symlink("sub", "link");

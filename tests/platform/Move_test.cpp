@@ -52,6 +52,15 @@ TEST_F(Move, AnExistingTargetIsNotReplaced) {
     EXPECT_EQ(Content("b"), "y");
 }
 
+TEST_F(Move, AnEmptyFileHasItsNameLikeAnyOther) {
+    scratch.Write("a", "x");
+    scratch.Write("b", "");
+    EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"b"), MoveResult::nameTaken);
+    EXPECT_TRUE(platform::RemoveInFavourOf(L"a", L"b"));
+    EXPECT_EQ(Content("b"), "");
+    EXPECT_FALSE(fs::exists("a"));
+}
+
 TEST_F(Move, AFileThatBearsTheNameStaysAndCountsAsMoved) {
     const std::wstring whole = scratch.Write("a", "x");
     EXPECT_EQ(platform::MoveWithoutReplacing(L"a", L"a"), MoveResult::moved);
