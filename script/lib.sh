@@ -28,7 +28,8 @@ package_needs=("${build_needs[@]}" "${windows_build_needs[@]}" git=git python3=p
 package_check_needs=(lintian=lintian pkg-config=pkg-config man=man-db)
 # Without these, a test that wants them is skipped.
 wider_test_needs=(zsh=zsh fish=fish parallel=parallel /usr/sbin/sshd=openssh-server ssh=openssh-client
-  mkfs.exfat=exfatprogs mount.exfat-fuse=exfat-fuse losetup=mount)
+  mkfs.exfat=exfatprogs mount.exfat-fuse=exfat-fuse losetup=mount
+  rhash=rhash hashdeep=hashdeep b3sum=b3sum xxhsum=xxhash)
 s390x_needs=("${build_needs[@]}" python3=python3 s390x-linux-gnu-g++=g++-s390x-linux-gnu qemu-s390x=qemu-user
   /usr/src/googletest/CMakeLists.txt=googletest)
 i686_needs=("${build_needs[@]}" python3=python3 i686-linux-gnu-g++=g++-i686-linux-gnu qemu-i386=qemu-user

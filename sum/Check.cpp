@@ -115,10 +115,10 @@ void ListCheck::TakeEntry(ListLine& line) {
 // line is looked at.
 void ListCheck::TakeGuessed(const Name& listed, const Name& file, const Expectation& expectation) {
     const std::string& digest = expectation.digests[0].text;
-    const std::vector<FunctionChoice> candidates = functions_.Candidates(digest);
+    const std::vector<FunctionChoice>& candidates = functions_.Candidates(digest);
     const Guess guess = GuessFunction(hasher_, file, digest, candidates);
     if (guess.result.error == 0)
-        functions_.Decide(guess.match.value_or(candidates[0]));
+        functions_.Decide(guess.match ? *guess.match : FunctionChoice(candidates[0]));
     queue_.AddNote([this, listed, guess, rightSize = expectation.HasSize(guess.result)] {
         if (guess.match && !guess.isFirst)
             report_.Guessed(*guess.match);

@@ -27,6 +27,9 @@ std::string_view WithoutSum(std::string_view word) {
     return word;
 }
 
+// Lists have few kinds of lines. One that has many is looked at anew.
+constexpr std::size_t maxRemembered = 256;
+
 // Families whose members the length of a digest tells.
 std::optional<FunctionChoice> OfFamily(std::string_view name, std::size_t bytes) {
     const std::string bits = std::to_string(bytes * 8);
@@ -84,9 +87,10 @@ std::string FunctionInName(const Name& list) {
 }
 
 ListFunctions::ListFunctions(const GivenFunctions& given, const Name& list)
-    : given_(given), named_(given.choices.empty() ? FunctionInName(list) : std::string()) {}
+    : given_(given), named_(given.choices.empty() ? FunctionInName(list) : std::string()),
+      sizes_(FindSizes()) {}
 
-DigestSizes ListFunctions::Sizes() const {
+DigestSizes ListFunctions::FindSizes() const {
     DigestSizes sizes;
     const auto add = [&sizes](std::size_t bytes) {
         if (bytes <= DigestSizes::longest)
@@ -108,54 +112,56 @@ DigestSizes ListFunctions::Sizes() const {
 }
 
 LineFunctions ListFunctions::Of(ListLine& line) {
-    if (!IsLikeLast(line))
-        FindAll(line);
-    Keep(lastKept_, line);
-    return last_;
-}
-
-bool ListFunctions::IsLikeLast(const ListLine& line) const {
-    const auto isLike = [](const Shape& shape, const ListDigest& digest) {
-        return shape.length == digest.text.size() && shape.decimal == digest.decimal &&
-               shape.tag == digest.tag && shape.hexBytes == HexBytes(digest.text);
-    };
-    return last_.functions && std::ranges::equal(lastShapes_, line.digests, isLike);
-}
-
-void ListFunctions::FindAll(const ListLine& line) {
-    lastShapes_.clear();
-    lastKept_.clear();
-    last_ = {LineFunctions::Kind::certain, nullptr, {}};
-    std::vector<FunctionChoice> choices;
-    for (std::size_t i = 0; i < line.digests.size(); ++i) {
-        const ListDigest& digest = line.digests[i];
-        lastShapes_.push_back({digest.tag, digest.text.size(), HexBytes(digest.text), digest.decimal});
-        const Found found = OfDigest(digest);
-        if (found.choice) {
-            if (found.kind == LineFunctions::Kind::guessed)
-                last_.kind = found.kind;
-            choices.push_back(*found.choice);
-            lastKept_.push_back(i);
-        } else if (found.kind == LineFunctions::Kind::unknown) {
-            last_.unknownTag = digest.tag;
-        }
+    const std::string look = LookOf(line);
+    auto known = remembered_.find(look);
+    if (known == remembered_.end()) {
+        if (remembered_.size() == maxRemembered)
+            remembered_.clear();
+        known = remembered_.emplace(look, FindAll(line)).first;
     }
-    if (!line.digests.empty() && choices.empty())
-        last_.kind = last_.unknownTag.empty() ? LineFunctions::Kind::malformed : LineFunctions::Kind::unknown;
-    else
-        last_.functions = SetOf(std::move(choices));
-}
-
-void ListFunctions::Keep(const std::vector<std::size_t>& kept, ListLine& line) {
-    if (kept.size() == line.digests.size())
-        return;
+    const std::vector<std::size_t>& kept = known->second.kept;
     for (std::size_t i = 0; i < kept.size(); ++i)
         if (kept[i] != i)
             line.digests[i] = std::move(line.digests[kept[i]]);
     line.digests.resize(kept.size());
+    return known->second.found;
 }
 
-ListFunctions::Found ListFunctions::OfDigest(const ListDigest& digest) const {
+std::string ListFunctions::LookOf(const ListLine& line) {
+    std::string look;
+    for (const ListDigest& digest : line.digests) {
+        look += digest.tag;
+        look += digest.decimal ? '#' : HexBytes(digest.text) ? ':' : '=';
+        look += std::to_string(digest.text.size());
+        look += ' ';
+    }
+    return look;
+}
+
+ListFunctions::Remembered ListFunctions::FindAll(const ListLine& line) {
+    Remembered result;
+    LineFunctions& all = result.found;
+    all.kind = LineFunctions::Kind::certain;
+    std::vector<FunctionChoice> choices;
+    for (std::size_t i = 0; i < line.digests.size(); ++i) {
+        const Found found = OfDigest(line.digests[i]);
+        if (found.choice) {
+            if (found.kind == LineFunctions::Kind::guessed)
+                all.kind = found.kind;
+            choices.push_back(*found.choice);
+            result.kept.push_back(i);
+        } else if (found.kind == LineFunctions::Kind::unknown) {
+            all.unknownTag = line.digests[i].tag;
+        }
+    }
+    if (!line.digests.empty() && choices.empty())
+        all.kind = all.unknownTag.empty() ? LineFunctions::Kind::malformed : LineFunctions::Kind::unknown;
+    else
+        all.functions = SetOf(std::move(choices));
+    return result;
+}
+
+ListFunctions::Found ListFunctions::OfDigest(const ListDigest& digest) {
     if (digest.decimal)
         return OfDecimal();
     return digest.tag.empty() ? OfUntagged(digest) : OfTag(digest);
@@ -182,25 +188,34 @@ ListFunctions::Found ListFunctions::OfDecimal() const {
     return {};
 }
 
-ListFunctions::Found ListFunctions::OfUntagged(const ListDigest& digest) const {
-    const std::vector<FunctionChoice> candidates = Candidates(digest.text);
+ListFunctions::Found ListFunctions::OfUntagged(const ListDigest& digest) {
+    const std::vector<FunctionChoice>& candidates = Candidates(digest.text);
     if (candidates.empty())
         return {};
-    const bool certain = decided_ || candidates.size() == 1;
+    const bool certain = decided_.has_value() || candidates.size() == 1;
     return {certain ? LineFunctions::Kind::certain : LineFunctions::Kind::guessed, candidates[0]};
 }
 
-std::vector<FunctionChoice> ListFunctions::Candidates(std::string_view digest) const {
-    std::vector<FunctionChoice> candidates;
-    for (const auto& bytes : {HexBytes(digest), Base64Bytes(digest)})
-        if (bytes && candidates.empty())
-            candidates = CandidatesOfSize(*bytes);
-    return candidates;
+const std::vector<FunctionChoice>& ListFunctions::Candidates(std::string_view digest) {
+    static const std::vector<FunctionChoice> none;
+    for (const auto& bytes : {HexBytes(digest), Base64Bytes(digest)}) {
+        if (!bytes || !sizes_.Has(*bytes))
+            continue;
+        auto known = candidates_.find(*bytes);
+        if (known == candidates_.end()) {
+            if (candidates_.size() == maxRemembered)
+                candidates_.clear();
+            known = candidates_.emplace(*bytes, FindCandidates(*bytes)).first;
+        }
+        if (!known->second.empty())
+            return known->second;
+    }
+    return none;
 }
 
-std::vector<FunctionChoice> ListFunctions::CandidatesOfSize(std::size_t bytes) const {
-    if (const auto decided = decidedBySize_.find(bytes); decided != decidedBySize_.end())
-        return {decided->second};
+std::vector<FunctionChoice> ListFunctions::FindCandidates(std::size_t bytes) const {
+    if (decided_ && decided_->digestSize == bytes)
+        return {*decided_};
     std::vector<FunctionChoice> candidates;
     const auto add = [&candidates](std::optional<FunctionChoice> choice) {
         if (choice && std::ranges::find(candidates, *choice) == candidates.end())
@@ -216,9 +231,8 @@ std::vector<FunctionChoice> ListFunctions::CandidatesOfSize(std::size_t bytes) c
         return candidates;
     if (!named_.empty())
         add(OfFamily(named_, bytes));
-    if (Sizes().Has(bytes))
-        for (FunctionChoice& choice : ChoicesOfSize(bytes))
-            add(std::move(choice));
+    for (FunctionChoice& choice : ChoicesOfSize(bytes))
+        add(std::move(choice));
     return candidates;
 }
 
@@ -230,9 +244,9 @@ bool ListFunctions::IsGiven(const FunctionChoice& choice) const {
 }
 
 void ListFunctions::Decide(const FunctionChoice& choice) {
-    decided_ = true;
-    decidedBySize_.insert_or_assign(choice.digestSize, choice);
-    last_ = {};
+    decided_ = choice;
+    candidates_.clear();
+    remembered_.clear();
 }
 
 Guess GuessFunction(FileHasher& hasher, const Name& file, std::string_view digest,

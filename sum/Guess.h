@@ -13,6 +13,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sum {
@@ -47,16 +48,16 @@ class ListFunctions {
     ListFunctions(const GivenFunctions& given, const Name& list);
 
     // The lengths of digests without a tag that make a line one of the list.
-    DigestSizes Sizes() const;
+    const DigestSizes& Sizes() const { return sizes_; }
 
     // Finds the functions of a line. Takes those digests off the line that are not to be checked,
     // because the user named other functions, or because it has others besides that are known.
     LineFunctions Of(ListLine& line);
 
-    bool IsDecided() const { return decided_; }
+    bool IsDecided() const { return decided_.has_value(); }
 
     // All functions that a digest without a tag may be of, likely ones first.
-    std::vector<FunctionChoice> Candidates(std::string_view digest) const;
+    const std::vector<FunctionChoice>& Candidates(std::string_view digest);
 
     // From now on, digests of this length are of this function, and nothing more is to be decided.
     void Decide(const FunctionChoice& choice);
@@ -67,34 +68,28 @@ class ListFunctions {
         std::optional<FunctionChoice> choice;
     };
 
-    Found OfDigest(const ListDigest& digest) const;
+    // What was found for lines that look alike: of the same tags, with digests of the same lengths.
+    struct Remembered {
+        LineFunctions found;
+        std::vector<std::size_t> kept; // the digests that are checked
+    };
+    static std::string LookOf(const ListLine& line);
+
+    Remembered FindAll(const ListLine& line);
+    Found OfDigest(const ListDigest& digest);
     Found OfTag(const ListDigest& digest) const;
     Found OfDecimal() const;
-    Found OfUntagged(const ListDigest& digest) const;
+    Found OfUntagged(const ListDigest& digest);
     bool IsGiven(const FunctionChoice& choice) const;
-    std::vector<FunctionChoice> CandidatesOfSize(std::size_t bytes) const;
+    DigestSizes FindSizes() const;
+    std::vector<FunctionChoice> FindCandidates(std::size_t bytes) const;
 
     GivenFunctions given_;
     std::string named_; // by the list's name
-    std::map<std::size_t, FunctionChoice> decidedBySize_;
-    bool decided_ = false;
-
-    // The line before most often has the same functions.
-    struct Shape {
-        std::string tag;
-        std::size_t length;                  // of the digest's text
-        std::optional<std::size_t> hexBytes; // none for base64
-        bool decimal;
-
-        bool operator==(const Shape&) const = default;
-    };
-    bool IsLikeLast(const ListLine& line) const;
-    void FindAll(const ListLine& line);
-    static void Keep(const std::vector<std::size_t>& kept, ListLine& line);
-
-    std::vector<Shape> lastShapes_;
-    std::vector<std::size_t> lastKept_; // the digests that are checked
-    LineFunctions last_;
+    DigestSizes sizes_;
+    std::map<std::size_t, std::vector<FunctionChoice>> candidates_; // by the digest's length
+    std::optional<FunctionChoice> decided_;
+    std::unordered_map<std::string, Remembered> remembered_;
 };
 
 // One file, read to find out what a digest without a tag is of.

@@ -74,18 +74,15 @@ bool ListReader::Fill() {
         return false;
     buffer_.erase(0, begin_);
     begin_ = 0;
+    piece_.resize(pieceSize);
+    const std::size_t count = source_(piece_);
+    const std::span<const char> read = std::span(piece_).first(count);
+    sourceEnded_ = count == 0;
     if (coding_ == Coding::bytes) {
-        const std::size_t held = buffer_.size();
-        buffer_.resize(held + pieceSize);
-        const std::size_t count = source_(std::span(buffer_).subspan(held));
-        buffer_.resize(held + count);
-        sourceEnded_ = count == 0;
+        buffer_.append(read.data(), read.size());
         return !sourceEnded_;
     }
-    char piece[pieceSize];
-    const std::size_t count = source_(piece);
-    AppendUtf16(std::span(piece).first(count));
-    sourceEnded_ = count == 0;
+    AppendUtf16(read);
     const bool cut = sourceEnded_ && (!utf16_.empty() || surrogate_ != 0);
     if (cut)
         AppendBroken();

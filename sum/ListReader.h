@@ -8,13 +8,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace sum {
 
 struct ListRecord {
-    std::string_view text;    // UTF-8 or bytes, without the line's end; valid until the next record is read
+    std::string_view text;    // UTF-8 or bytes, without its end; valid until the next is read
     std::uint64_t number = 0; // of the line, from 1
-    bool broken = false; // longer than ListReader::maxRecord, or no whole UTF-16: `text` is not all of it
+    bool broken = false;      // longer than ListReader::maxRecord, or no whole UTF-16
 };
 
 // Takes off a byte order mark, turns UTF-16 that begins with one (of either order) into UTF-8, and
@@ -55,6 +57,7 @@ class ListReader {
     static constexpr char brokenMark = '\xff';
 
     Source source_;
+    std::vector<char> piece_; // as it was read
     std::string buffer_;
     std::size_t begin_ = 0; // of what is not taken yet
     bool started_ = false;
