@@ -80,7 +80,8 @@ std::string Lines(std::string_view list, std::size_t piece, const sum::GivenFunc
     std::size_t count = 0;
     for (sum::LineKind kind = lines.Next(line); kind != sum::LineKind::end; kind = lines.Next(line)) {
         fuzz::Require(++count <= list.size(), "no line is told more than once");
-        told += std::to_string(line.number) + (kind == sum::LineKind::malformed ? "!" : "[" + line.name + "]");
+        told +=
+            std::to_string(line.number) + (kind == sum::LineKind::malformed ? "!" : "[" + line.name + "]");
         if (kind == sum::LineKind::malformed)
             continue;
         if (kind == sum::LineKind::entry)

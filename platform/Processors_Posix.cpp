@@ -2,6 +2,7 @@
 #include "platform/Processors.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -41,7 +42,7 @@ unsigned GrantedProcessors(const std::string& group, unsigned most) {
     const double period = std::strtod(rest, nullptr);
     if (quota <= 0 || period <= 0 || quota / period >= most)
         return most;
-    return std::max(1u, static_cast<unsigned>(quota / period + 0.5));
+    return std::max(1u, static_cast<unsigned>(std::lround(quota / period)));
 }
 
 } // namespace
