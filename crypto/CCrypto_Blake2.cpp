@@ -122,7 +122,7 @@ bool CCrypto_Blake2::GetFromFile(const wchar_t* path, unsigned char* digest, int
         bool finished = false;
         if (Blake2_Initialize(digestLength)) {
             engine_frame::FeedSaltAndFile(
-                file, engine_frame::ReadBuffer(readBufferSize), salt_,
+                file, engine_frame::MakeReadBuffer(readBufferSize), salt_,
                 [this](const unsigned char* bytes, std::size_t count) { Blake2_Update(bytes, count); });
             finished = Blake2_Final(digest, digestLength);
         }

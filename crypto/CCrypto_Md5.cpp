@@ -56,8 +56,8 @@ void CCrypto_Md5::Finalize() {
 bool CCrypto_Md5::GetFromFile(const wchar_t* path, unsigned char digest[]) {
     try {
         return engine_frame::WithOpenFile(path, digest, [this, digest](platform::InputFile& file) {
-            const engine_frame::ReadBuffer buffer(
-                readBufferSize); // without memory the context stays as it was
+            const auto buffer =
+                engine_frame::MakeReadBuffer(readBufferSize); // without memory the context stays as it was
             ResetContext();
             context_.SetInitialState();
             engine_frame::FeedSaltAndFile(file, buffer, *this,

@@ -351,7 +351,7 @@ int CCrypto_Md6::HashFile(platform::InputFile& file, unsigned short d) {
     engine_frame::FeedSaltBefore(*this, update);
     if (result != md6Success)
         return result;
-    engine_frame::FeedFile(file, engine_frame::ReadBuffer(readBufferSize), update);
+    engine_frame::FeedFile(file, engine_frame::MakeReadBuffer(readBufferSize), update);
     engine_frame::FeedSaltAfter(*this, update);
     return result != md6Success ? result : Md6_Final();
 }

@@ -129,7 +129,7 @@ bool CCrypto_Sha::GetSha3_FromFile(const wchar_t* path, unsigned short bits, uns
                 sponge.Pad();
             };
             engine_frame::FeedSaltBefore(*this, absorbPadded);
-            engine_frame::FeedFile(file, engine_frame::ReadBuffer(sha3ReadBufferSize), absorb);
+            engine_frame::FeedFile(file, engine_frame::MakeReadBuffer(sha3ReadBufferSize), absorb);
             sponge.Pad();
             engine_frame::FeedSaltAfter(*this, absorbPadded);
             sponge.Output(digest, bits / 8);

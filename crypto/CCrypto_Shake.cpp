@@ -100,7 +100,7 @@ bool CCrypto_Shake::Shake_GetFromFile(const wchar_t* path, unsigned char* output
         bool squeezed = false;
         const bool opened = engine_frame::WithOpenFile(path, output, [&](platform::InputFile& file) {
             engine_frame::FeedFile(
-                file, engine_frame::ReadBuffer(readBufferSize),
+                file, engine_frame::MakeReadBuffer(readBufferSize),
                 [this](const unsigned char* bytes, std::size_t size) { Shake_Absorb(bytes, size); },
                 SecureWipe);
             squeezed = Shake_Squeeze(output, count);

@@ -194,7 +194,7 @@ bool CCrypto_Skein::Skein_1024_Final(SKEIN_1024_CONTEXT* context, unsigned char*
 bool CCrypto_Skein::HashOpenFile(platform::InputFile& file, unsigned char* digest, unsigned short stateBits) {
     const auto hash = [&](auto context, auto init, auto update, auto final) {
         (this->*init)(&context);
-        engine_frame::FeedSaltAndFile(file, engine_frame::ReadBuffer(readBufferSize), *this,
+        engine_frame::FeedSaltAndFile(file, engine_frame::MakeReadBuffer(readBufferSize), *this,
                                       [&](const unsigned char* bytes, std::size_t count) {
                                           (this->*update)(&context, bytes, static_cast<unsigned int>(count));
                                       });

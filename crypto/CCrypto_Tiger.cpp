@@ -82,7 +82,8 @@ bool CCrypto_Tiger::GetFromFile(const wchar_t* path, unsigned char* digest, unsi
             return false;
         tiger2_ = tiger2;
         return engine_frame::WithOpenFile(path, digest, [this, digest, bits](platform::InputFile& file) {
-            const engine_frame::ReadBuffer buffer(readBufferSize); // without memory the state stays as it was
+            const auto buffer =
+                engine_frame::MakeReadBuffer(readBufferSize); // without memory the state stays as it was
             Tiger_Initialize();
             engine_frame::FeedSaltAndFile(
                 file, buffer, *this,

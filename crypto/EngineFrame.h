@@ -16,12 +16,14 @@ namespace engine_frame {
 
 // The memory that a file is read into. FeedFile frees it; a copy is the same memory.
 struct ReadBuffer {
-    explicit ReadBuffer(std::size_t count)
-        : bytes(new unsigned char[count]), size(count) {} // not cleared: only bytes read are looked at
-
     unsigned char* bytes;
     std::size_t size;
 };
+
+// Not cleared: only bytes that were read are looked at.
+inline ReadBuffer MakeReadBuffer(std::size_t size) {
+    return {new unsigned char[size], size};
+}
 
 // Feeds every byte of the file to update(bytes, count), in pieces of the buffer's size of which only the
 // last is shorter. A read error ends the file, and so does the observer. Each piece stands at the start of the
@@ -88,7 +90,7 @@ bool HashFile(const wchar_t* path, const void* output, std::size_t bufferSize, c
               Reset reset, Update update, Finish finish) {
     return WithOpenFile(path, output, [&](platform::InputFile& file) {
         reset();
-        FeedSaltAndFile(file, ReadBuffer(bufferSize), salt, update);
+        FeedSaltAndFile(file, MakeReadBuffer(bufferSize), salt, update);
         finish();
     });
 }

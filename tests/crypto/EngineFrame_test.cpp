@@ -94,7 +94,7 @@ TEST_F(EngineFrame, CleansesAsMuchOfTheBufferAsWasEverFilled) {
         platform::InputFile file = platform::OpenForReading(files_.Write("file", content).c_str());
         std::vector<std::size_t> cleansed;
         engine_frame::FeedFile(
-            file, engine_frame::ReadBuffer(4), [](const unsigned char*, std::size_t) {},
+            file, engine_frame::MakeReadBuffer(4), [](const unsigned char*, std::size_t) {},
             [&](const unsigned char*, std::size_t count) { cleansed.push_back(count); });
         platform::Close(file);
         EXPECT_EQ(cleansed, std::vector{filled}) << content;
