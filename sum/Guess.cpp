@@ -130,9 +130,10 @@ LineFunctions ListFunctions::Of(ListLine& line) {
 std::string ListFunctions::LookOf(const ListLine& line) {
     std::string look;
     for (const ListDigest& digest : line.digests) {
+        const std::optional<std::size_t> hexBytes = HexBytes(digest.text);
         look += digest.tag;
-        look += digest.decimal ? '#' : HexBytes(digest.text) ? ':' : '=';
-        look += std::to_string(digest.text.size());
+        look += digest.decimal ? '#' : hexBytes ? ':' : '=';
+        look += std::to_string(hexBytes ? *hexBytes : Base64Bytes(digest.text).value_or(0));
         look += ' ';
     }
     return look;

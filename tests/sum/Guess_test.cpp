@@ -101,6 +101,13 @@ TEST(Guess, AGivenFunctionOfAnyLengthTakesAny) {
     EXPECT_EQ(FunctionsOf(functions, {{"SHA256", Digits(32)}}), "malformed");
 }
 
+TEST(Guess, PaddingTellsTheLengthOfBase64) {
+    const std::vector<sum::FunctionChoice> given = {*sum::ChoiceOfTag("BLAKE2b", 64)};
+    sum::ListFunctions functions({given, false}, "list");
+    EXPECT_EQ(FunctionsOf(functions, {{"", "QUJD"}}), "BLAKE2b-24");
+    EXPECT_EQ(FunctionsOf(functions, {{"", "QUI="}}), "BLAKE2b-16");
+}
+
 TEST(Guess, TagsOfGnuToolsAreSpeltAsTheySpellThem) {
     sum::ListFunctions functions({{}, true}, "list");
     EXPECT_EQ(FunctionsOf(functions, {{"SHA256", Digits(32)}}), "SHA256");
