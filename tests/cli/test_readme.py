@@ -16,8 +16,9 @@ def readme():
 
 def session():
     """(command, output) of each step."""
-    block = re.search(r"^## A session\n+```console\n(.*?)^```", readme(), re.MULTILINE | re.DOTALL)[1]
-    return re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", block, re.MULTILINE)
+    section = re.search(r"^## A session\n(.*?)^## ", readme(), re.MULTILINE | re.DOTALL)[1]
+    blocks = re.findall(r"^```console\n(.*?)^```", section, re.MULTILINE | re.DOTALL)
+    return re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", "".join(blocks), re.MULTILINE)
 
 
 @posix_only
@@ -27,8 +28,9 @@ class Readme(ScratchCase):
         shutil.copy(os.path.join(SOURCE_DIRECTORY, "LICENSE"), self.path("photos"))
         self.write(".tools/unused", b"")
         os.symlink(PROGRAM, self.path(".tools", "fyrn"))
+        os.symlink(os.path.join(os.path.dirname(PROGRAM), "fyrnsum"), self.path(".tools", "fyrnsum"))
         steps = session()
-        self.assertGreaterEqual(len(steps), 5)
+        self.assertGreaterEqual(len(steps), 10)
         for line, output in steps:
             with self.subTest(line):
                 done = subprocess.run(["sh", "-c", line], cwd=self.scratch, stdin=subprocess.DEVNULL,
