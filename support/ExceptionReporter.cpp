@@ -36,8 +36,8 @@ void ComposePathBesideExecutable(PathBuffer& path, const wchar_t* name) {
     if (length == std::size(executable))
         return;
     executable[length] = L'\0';
-    const std::size_t kept =
-        static_cast<std::size_t>(ReverseFindNoCase(executable, 0, static_cast<int>(length)) + 1);
+    const int directoryLength = ReverseFindNoCase(executable, 0, static_cast<int>(length)) + 1;
+    const auto kept = static_cast<std::size_t>(directoryLength);
     if (kept >= std::size(path))
         return;
     std::wmemcpy(path, executable, kept);
