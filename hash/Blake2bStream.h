@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hash/BlockBuffer.h"
 #include "hash/kernels/Blake2b.h"
 #include "hash/kernels/LaneSelect.h"
 
@@ -20,10 +21,16 @@ class Blake2bStream {
     void Reset();
 
     // Takes in bytes of the message. A block is compressed only when more follows it.
-    void Update(const std::uint8_t* bytes, std::size_t count);
+    void Update(const std::uint8_t* bytes, std::size_t count) { buffer_.Update(*this, bytes, count); }
 
     // Compresses the last block and writes the digest. Reset begins the next message.
     void Finish(std::uint8_t* digest);
+
+    // The same, with the whole chaining value, of maxDigestSize bytes, whose head is the digest.
+    void FinishWhole(std::uint8_t* value);
+
+    std::size_t DigestSize() const { return digestSize_; }
+    bool IsFinished() const { return state_.flags[0] != 0; }
 
     static const char* Kernel();
 
@@ -31,12 +38,12 @@ class Blake2bStream {
     using LaneState = kernels::Blake2bState;
     static constexpr std::size_t laneStateSize = 1;
     static constexpr std::size_t BlockSize() { return blockSize; }
-    static constexpr std::size_t WholeBlocks(std::size_t count) {
-        return count == 0 ? 0 : (count - 1) / blockSize; // the last block stays back
-    }
+    static constexpr std::size_t WholeBlocks(std::size_t count) { return Buffer::WholeBlocks(count); }
     kernels::Blake2bState* State() { return &state_; }
-    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
-    void Tail(const std::uint8_t* bytes, std::size_t count);
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count) {
+        return buffer_.Head(*this, bytes, count);
+    }
+    void Tail(const std::uint8_t* bytes, std::size_t count) { buffer_.Tail(bytes, count); }
     void Compressed(std::size_t) {}
     void CompressAlone(const std::uint8_t* blocks, std::size_t count);
     static kernels::LaneCandidates<kernels::Blake2bLanes> Lanes() { return kernels::LaneKernels().blake2b; }
@@ -50,9 +57,10 @@ class Blake2bStream {
     kernels::Blake2bState state_;
 
   private:
+    using Buffer = BlockBuffer<blockSize, FullBlock::keptBack>;
+
     std::size_t digestSize_;
-    std::size_t fill_; // bytes in the buffer, 0 to blockSize
-    std::uint8_t buffer_[blockSize];
+    Buffer buffer_;
 };
 
 } // namespace fyrn::hash

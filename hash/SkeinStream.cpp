@@ -8,7 +8,7 @@
 #include "hash/kernels/SkeinInitialValue.h"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
 #include <iterator>
 
 namespace fyrn::hash {
@@ -29,7 +29,7 @@ template <std::size_t words>
 void SkeinStream<words>::Reset() {
     std::copy(initialValue<words>.begin(), initialValue<words>.end(), state_.chain);
     StartStage(kernels::skein_tweak::message);
-    fill_ = 0;
+    buffer_.Reset();
 }
 
 // Position 0, the first flag and the stage's own flags and type.
@@ -57,49 +57,25 @@ void SkeinStream<words>::CompressLanes(const kernels::LaneCandidate<kernels::Ske
     kernel.function(chains, tweaks, blocks, count, blockSize);
 }
 
-// Completes the block in the buffer if more comes behind it.
-template <std::size_t words>
-std::size_t SkeinStream<words>::Head(const std::uint8_t* bytes, std::size_t count) {
-    if (fill_ == 0)
-        return 0;
-    const std::size_t taken = std::min(count, blockSize - fill_);
-    std::copy_n(bytes, taken, buffer_ + fill_);
-    fill_ += taken;
-    if (taken != count) {
-        Absorb(buffer_, 1, blockSize);
-        fill_ = 0;
-    }
-    return taken;
-}
-
-// Keeps up to a block. Nothing comes behind a head that took everything.
-template <std::size_t words>
-void SkeinStream<words>::Tail(const std::uint8_t* bytes, std::size_t count) {
-    std::copy_n(bytes, count, buffer_ + fill_);
-    fill_ += count;
-}
-
-template <std::size_t words>
-void SkeinStream<words>::Update(const std::uint8_t* bytes, std::size_t count) {
-    const std::size_t head = Head(bytes, count);
-    const std::size_t whole = WholeBlocks(count - head);
-    if (whole != 0)
-        Absorb(bytes + head, whole, blockSize);
-    const std::size_t tail = head + whole * blockSize;
-    Tail(bytes + tail, count - tail);
-}
-
-// The output stage hashes the counter 0.
 template <std::size_t words>
 void SkeinStream<words>::Finish(std::uint8_t* digest) {
     state_.tweak[1] |= kernels::skein_tweak::final;
-    std::memset(buffer_ + fill_, 0, blockSize - fill_);
-    Absorb(buffer_, 1, fill_);
+    buffer_.ZeroRest();
+    Absorb(buffer_.Bytes(), 1, buffer_.Fill());
+    buffer_.Reset();
+    Output(digest);
+}
+
+// The output stage hashes the counter 0 and leaves the chaining value as it was.
+template <std::size_t words>
+void SkeinStream<words>::Output(std::uint8_t* digest) {
+    const auto chain = std::to_array(state_.chain);
     StartStage(kernels::skein_tweak::final | kernels::skein_tweak::output);
-    std::memset(buffer_, 0, blockSize);
-    Absorb(buffer_, 1, sizeof(std::uint64_t));
+    buffer_.ZeroRest();
+    Absorb(buffer_.Bytes(), 1, sizeof(std::uint64_t));
     for (std::size_t i = 0; i < words; ++i)
         kernels::StoreLittle(digest + 8 * i, state_.chain[i]);
+    std::copy(chain.begin(), chain.end(), state_.chain);
 }
 
 template <std::size_t words>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hash/BlockBuffer.h"
 #include "hash/kernels/LaneSelect.h"
 
 #include <cstddef>
@@ -18,10 +19,14 @@ class SkeinStream {
     void Reset();
 
     // Takes in bytes of the message. The last block is always kept back.
-    void Update(const std::uint8_t* bytes, std::size_t count);
+    void Update(const std::uint8_t* bytes, std::size_t count) { buffer_.Update(*this, bytes, count); }
 
     // Compresses the last block and writes the digest. Reset begins the next message.
     void Finish(std::uint8_t* digest);
+
+    // Compresses whole blocks at once, each of which adds `added` bytes to the position. Update and Finish do so with
+    // blocks of the message.
+    void Absorb(const std::uint8_t* blocks, std::size_t count, std::size_t added);
 
     static const char* Kernel();
 
@@ -32,12 +37,12 @@ class SkeinStream {
     };
     static constexpr std::size_t laneStateSize = 1;
     static constexpr std::size_t BlockSize() { return blockSize; }
-    static constexpr std::size_t WholeBlocks(std::size_t count) {
-        return count == 0 ? 0 : (count - 1) / blockSize; // the last block stays back
-    }
+    static constexpr std::size_t WholeBlocks(std::size_t count) { return Buffer::WholeBlocks(count); }
     LaneState* State() { return &state_; }
-    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
-    void Tail(const std::uint8_t* bytes, std::size_t count);
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count) {
+        return buffer_.Head(*this, bytes, count);
+    }
+    void Tail(const std::uint8_t* bytes, std::size_t count) { buffer_.Tail(bytes, count); }
     void Compressed(std::size_t) {}
     void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Absorb(blocks, count, blockSize); }
     static kernels::LaneCandidates<kernels::SkeinLanes> Lanes() {
@@ -49,12 +54,13 @@ class SkeinStream {
                               std::size_t count);
 
   private:
+    using Buffer = BlockBuffer<blockSize, FullBlock::keptBack>;
+
     void StartStage(std::uint64_t typeAndFlags);
-    void Absorb(const std::uint8_t* blocks, std::size_t count, std::size_t added);
+    void Output(std::uint8_t* digest);
 
     LaneState state_;
-    std::size_t fill_; // bytes in the buffer, 0 to blockSize
-    std::uint8_t buffer_[blockSize];
+    Buffer buffer_;
 };
 
 extern template class SkeinStream<4>;
