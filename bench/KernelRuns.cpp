@@ -32,12 +32,17 @@ void Add(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates 
                             }});
 }
 
-// Kernels of the shape (state, blocks, count).
-template <class Word, std::size_t words, std::size_t blockSize, class Candidates>
-void AddBlocks(std::vector<KernelRun>& runs, const std::string& algorithm, Candidates candidates) {
-    Add(runs, algorithm, candidates, [](auto* kernel, Bytes bytes, std::size_t count) {
-        Word state[words] = {};
-        kernel(state, bytes, count / blockSize);
+// All kernels of the form (state, blocks, count).
+void AddBlocks(std::vector<KernelRun>& runs) {
+    fyrn::kernels::ForEachAlgorithm([&](const char* algorithm, auto member) {
+        if constexpr (requires { typename decltype(member)::Form; }) {
+            using Form = typename decltype(member)::Form;
+            Add(runs, algorithm, member(fyrn::kernels::KernelCandidates()),
+                [](auto* kernel, Bytes bytes, std::size_t count) {
+                    typename Form::State state = {};
+                    kernel(state.words, bytes, count / Form::blockSize);
+                });
+        }
     });
 }
 
@@ -83,6 +88,7 @@ fyrn::kernels::CrcTables MakeCrcTables() {
 
 std::vector<KernelRun> KernelRuns() {
     std::vector<KernelRun> runs;
+    AddBlocks(runs);
     Add(runs, "Blake2b", fyrn::kernels::KernelCandidates().blake2b,
         [](auto* kernel, Bytes bytes, std::size_t count) {
             fyrn::kernels::Blake2bState state{};
@@ -105,20 +111,11 @@ std::vector<KernelRun> KernelRuns() {
     });
     for (const unsigned int rate : {72u, 104u, 136u, 144u, 168u})
         AddKeccak(runs, rate);
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md4", fyrn::kernels::KernelCandidates().md4);
-    AddBlocks<std::uint32_t, 4, 64>(runs, "Md5", fyrn::kernels::KernelCandidates().md5);
     for (const int rounds : {72, 104, 168})
         AddMd6(runs, rounds);
-    AddBlocks<std::uint32_t, 5, 64>(runs, "Ripemd160", fyrn::kernels::KernelCandidates().ripemd160);
-    AddBlocks<std::uint32_t, 5, 64>(runs, "Sha1", fyrn::kernels::KernelCandidates().sha1);
-    AddBlocks<std::uint32_t, 8, 64>(runs, "Sha256", fyrn::kernels::KernelCandidates().sha256);
-    AddBlocks<std::uint64_t, 8, 128>(runs, "Sha512", fyrn::kernels::KernelCandidates().sha512);
     AddSkein<4>(runs, "Skein256", fyrn::kernels::KernelCandidates().skein256);
     AddSkein<8>(runs, "Skein512", fyrn::kernels::KernelCandidates().skein512);
     AddSkein<16>(runs, "Skein1024", fyrn::kernels::KernelCandidates().skein1024);
-    AddBlocks<std::uint32_t, 8, 64>(runs, "Sm3", fyrn::kernels::KernelCandidates().sm3);
-    AddBlocks<std::uint64_t, 3, 64>(runs, "Tiger", fyrn::kernels::KernelCandidates().tiger);
-    AddBlocks<std::uint64_t, 8, 64>(runs, "Whirlpool", fyrn::kernels::KernelCandidates().whirlpool);
     return runs;
 }
 

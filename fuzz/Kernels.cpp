@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -84,15 +85,6 @@ void CompareLanes(const Candidates& candidates, const State& start, const std::u
     }
 }
 
-// Kernels of the form (state, blocks, count).
-template <class State, std::size_t blockSize, class Candidates>
-void Plain(const Case& given, const Candidates& candidates) {
-    const auto start = given.input.Take<State>();
-    const Blocks blocks(given.input, given.count * blockSize, given.alignment);
-    Compare(candidates, start,
-            [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), given.count); });
-}
-
 // Pointers to the words of the states of all lanes.
 template <class State>
 auto WordsOf(State* const states[]) {
@@ -102,21 +94,30 @@ auto WordsOf(State* const states[]) {
     return words;
 }
 
-// The same, and lane kernels of the form (states, blocks, count).
-template <class State, std::size_t blockSize, class Candidates, class LaneCandidates>
-void Plain(const Case& given, const Candidates& candidates, const LaneCandidates& laneCandidates) {
+// Kernels of the form (state, blocks, count).
+template <class Form, class Member>
+void Plain(const Case& given, Member member) {
+    using State = typename Form::State;
     const auto start = given.input.Take<State>();
-    const Blocks blocks(given.input, given.count * blockSize, given.alignment);
-    Compare(candidates, start,
+    const Blocks blocks(given.input, given.count * Form::blockSize, given.alignment);
+    Compare(member(fyrn::kernels::KernelCandidates()), start,
             [&](auto* kernel, State& state) { kernel(state.words, blocks.Begin(), given.count); });
+}
+
+// Lane kernels of the form (states, blocks, count).
+template <class Form, class Member>
+void PlainLanes(const Case& given, Member member) {
+    using State = typename Form::State;
+    const auto start = given.input.Take<State>();
+    const Blocks blocks(given.input, given.count * Form::blockSize, given.alignment);
     const std::size_t count = given.count / 2;
     CompareLanes(
-        laneCandidates, start, blocks.Begin(), (given.count - count) * blockSize,
+        member(fyrn::kernels::LaneKernels()), start, blocks.Begin(), (given.count - count) * Form::blockSize,
         [&](auto* kernel, State* const states[], const std::uint8_t* const messages[]) {
             kernel(WordsOf(states).data(), messages, count);
         },
         [&](State& state, const std::uint8_t* message) {
-            candidates.back().function(state.words, message, count);
+            member(fyrn::kernels::KernelCandidates()).back().function(state.words, message, count);
         });
 }
 
@@ -238,61 +239,45 @@ void Blake3Nodes(const Case& given) {
     });
 }
 
-using Words32x4 = Words<std::uint32_t, 4>;
+using Algorithm = std::function<void(const Case& given)>;
 
-constexpr void (*algorithms[])(const Case& given) = {
-    [](const Case& given) {
-        Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md4, fyrn::kernels::LaneKernels().md4);
-    },
-    [](const Case& given) {
-        Plain<Words32x4, 64>(given, fyrn::kernels::KernelCandidates().md5, fyrn::kernels::LaneKernels().md5);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().sha1,
-                                           fyrn::kernels::LaneKernels().sha1);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sha256,
-                                           fyrn::kernels::LaneKernels().sha256);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint64_t, 8>, 128>(given, fyrn::kernels::KernelCandidates().sha512,
-                                            fyrn::kernels::LaneKernels().sha512);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint64_t, 3>, 64>(given, fyrn::kernels::KernelCandidates().tiger,
-                                           fyrn::kernels::LaneKernels().tiger);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint64_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().whirlpool);
-    },
-    [](const Case& given) {
-        Skein<4>(given, fyrn::kernels::KernelCandidates().skein256, fyrn::kernels::LaneKernels().skein256);
-    },
-    [](const Case& given) {
-        Skein<8>(given, fyrn::kernels::KernelCandidates().skein512, fyrn::kernels::LaneKernels().skein512);
-    },
-    [](const Case& given) {
-        Skein<16>(given, fyrn::kernels::KernelCandidates().skein1024, fyrn::kernels::LaneKernels().skein1024);
-    },
-    Blake2b,
-    Keccak,
-    Crc,
-    Md6,
-    [](const Case& given) {
-        Plain<Words<std::uint32_t, 5>, 64>(given, fyrn::kernels::KernelCandidates().ripemd160);
-    },
-    [](const Case& given) {
-        Plain<Words<std::uint32_t, 8>, 64>(given, fyrn::kernels::KernelCandidates().sm3);
-    },
-    Blake3Nodes,
-};
+// Kernels of the usual form, one message at a time and in lanes.
+void AddPlain(std::vector<Algorithm>& algorithms) {
+    fyrn::kernels::ForEachAlgorithm([&](const char*, auto member) {
+        if constexpr (requires { typename decltype(member)::Form; })
+            algorithms.push_back(
+                [member](const Case& given) { Plain<typename decltype(member)::Form>(given, member); });
+    });
+    fyrn::kernels::ForEachLaneAlgorithm([&](const char*, auto member) {
+        if constexpr (requires { typename decltype(member)::Form; })
+            algorithms.push_back(
+                [member](const Case& given) { PlainLanes<typename decltype(member)::Form>(given, member); });
+    });
+}
+
+std::vector<Algorithm> AllAlgorithms() {
+    const auto& kernels = fyrn::kernels::KernelCandidates();
+    const auto& lanes = fyrn::kernels::LaneKernels();
+    std::vector<Algorithm> algorithms = {
+        Blake2b,
+        Blake3Nodes,
+        Crc,
+        Keccak,
+        Md6,
+        [&](const Case& given) { Skein<4>(given, kernels.skein256, lanes.skein256); },
+        [&](const Case& given) { Skein<8>(given, kernels.skein512, lanes.skein512); },
+        [&](const Case& given) { Skein<16>(given, kernels.skein1024, lanes.skein1024); },
+    };
+    AddPlain(algorithms);
+    return algorithms;
+}
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const std::vector<Algorithm> algorithms = AllAlgorithms();
     fuzz::Input input(data, size);
-    const auto algorithm = algorithms[input.Take<std::uint8_t>() % std::size(algorithms)];
+    const Algorithm& algorithm = algorithms[input.Take<std::uint8_t>() % algorithms.size()];
     const std::size_t count = input.Take<std::uint8_t>() % (maxBlocks + 1);
     const std::size_t alignment = input.Take<std::uint8_t>() % 64u;
     algorithm({input, count, alignment, input.Take<std::uint64_t>()});

@@ -5,6 +5,7 @@
 
 #include "hash/kernels/Blake2b.h"
 #include "hash/kernels/Blake3.h"
+#include "hash/kernels/BlockForm.h"
 #include "hash/kernels/CpuFeatures.h"
 #include "hash/kernels/Crc.h"
 #include "hash/kernels/Keccak.h"
@@ -56,7 +57,8 @@ struct PerAlgorithm {
     Of<WhirlpoolBlocks> whirlpool;
 };
 
-// Calls visit(name, member) for every algorithm; member(x) is that member of x, a PerAlgorithm.
+// Calls visit(name, member) for every algorithm; member(x) is that member of x, a PerAlgorithm. Where the kernels are of
+// the form (state, blocks, count), the member's type has a Form (BlockForm.h).
 template <class Visit>
 void ForEachAlgorithm(Visit visit) {
     // clang-format off
@@ -65,19 +67,19 @@ void ForEachAlgorithm(Visit visit) {
     visit("Blake3Nodes", [](auto& of) -> auto& { return of.blake3Nodes; });
     visit("Crc", [](auto& of) -> auto& { return of.crc; });
     visit("Keccak", [](auto& of) -> auto& { return of.keccak; });
-    visit("Md4", [](auto& of) -> auto& { return of.md4; });
-    visit("Md5", [](auto& of) -> auto& { return of.md5; });
+    visit("Md4", WithForm<BlockForm<std::uint32_t, 4, 64>>([](auto& of) -> auto& { return of.md4; }));
+    visit("Md5", WithForm<BlockForm<std::uint32_t, 4, 64>>([](auto& of) -> auto& { return of.md5; }));
     visit("Md6", [](auto& of) -> auto& { return of.md6; });
-    visit("Ripemd160", [](auto& of) -> auto& { return of.ripemd160; });
-    visit("Sha1", [](auto& of) -> auto& { return of.sha1; });
-    visit("Sha256", [](auto& of) -> auto& { return of.sha256; });
-    visit("Sha512", [](auto& of) -> auto& { return of.sha512; });
+    visit("Ripemd160", WithForm<BlockForm<std::uint32_t, 5, 64>>([](auto& of) -> auto& { return of.ripemd160; }));
+    visit("Sha1", WithForm<BlockForm<std::uint32_t, 5, 64>>([](auto& of) -> auto& { return of.sha1; }));
+    visit("Sha256", WithForm<BlockForm<std::uint32_t, 8, 64>>([](auto& of) -> auto& { return of.sha256; }));
+    visit("Sha512", WithForm<BlockForm<std::uint64_t, 8, 128>>([](auto& of) -> auto& { return of.sha512; }));
     visit("Skein256", [](auto& of) -> auto& { return of.skein256; });
     visit("Skein512", [](auto& of) -> auto& { return of.skein512; });
     visit("Skein1024", [](auto& of) -> auto& { return of.skein1024; });
-    visit("Sm3", [](auto& of) -> auto& { return of.sm3; });
-    visit("Tiger", [](auto& of) -> auto& { return of.tiger; });
-    visit("Whirlpool", [](auto& of) -> auto& { return of.whirlpool; });
+    visit("Sm3", WithForm<BlockForm<std::uint32_t, 8, 64>>([](auto& of) -> auto& { return of.sm3; }));
+    visit("Tiger", WithForm<BlockForm<std::uint64_t, 3, 64>>([](auto& of) -> auto& { return of.tiger; }));
+    visit("Whirlpool", WithForm<BlockForm<std::uint64_t, 8, 64>>([](auto& of) -> auto& { return of.whirlpool; }));
     // clang-format on
 }
 
@@ -85,8 +87,7 @@ template <class Function>
 using Candidates = std::span<const Candidate<Function>>;
 using CandidateTable = PerAlgorithm<Candidates>;
 
-// Every candidate, best first; the last one is the portable
-// kernel and needs nothing. For tests and benchmarks.
+// Every candidate, best first; the last one is the portable kernel and needs nothing. For tests and benchmarks.
 const CandidateTable& KernelCandidates();
 
 template <class Function>

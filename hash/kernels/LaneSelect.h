@@ -8,6 +8,7 @@
 #pragma once
 
 #include "hash/kernels/Blake2b.h"
+#include "hash/kernels/BlockForm.h"
 #include "hash/kernels/CpuFeatures.h"
 #include "hash/kernels/Keccak.h"
 #include "hash/kernels/Md4.h"
@@ -56,21 +57,21 @@ struct PerLaneAlgorithm {
 };
 
 // Calls visit(name, member) for every such algorithm; member(x) is that member of x, a PerLaneAlgorithm or a
-// PerAlgorithm (KernelSelect.h).
+// PerAlgorithm (KernelSelect.h). The member's type has a Form as there.
 template <class Visit>
 void ForEachLaneAlgorithm(Visit visit) {
     // clang-format off
     visit("Blake2b", [](auto& of) -> auto& { return of.blake2b; });
     visit("Keccak", [](auto& of) -> auto& { return of.keccak; });
-    visit("Md4", [](auto& of) -> auto& { return of.md4; });
-    visit("Md5", [](auto& of) -> auto& { return of.md5; });
-    visit("Sha1", [](auto& of) -> auto& { return of.sha1; });
-    visit("Sha256", [](auto& of) -> auto& { return of.sha256; });
-    visit("Sha512", [](auto& of) -> auto& { return of.sha512; });
+    visit("Md4", WithForm<BlockForm<std::uint32_t, 4, 64>>([](auto& of) -> auto& { return of.md4; }));
+    visit("Md5", WithForm<BlockForm<std::uint32_t, 4, 64>>([](auto& of) -> auto& { return of.md5; }));
+    visit("Sha1", WithForm<BlockForm<std::uint32_t, 5, 64>>([](auto& of) -> auto& { return of.sha1; }));
+    visit("Sha256", WithForm<BlockForm<std::uint32_t, 8, 64>>([](auto& of) -> auto& { return of.sha256; }));
+    visit("Sha512", WithForm<BlockForm<std::uint64_t, 8, 128>>([](auto& of) -> auto& { return of.sha512; }));
     visit("Skein256", [](auto& of) -> auto& { return of.skein256; });
     visit("Skein512", [](auto& of) -> auto& { return of.skein512; });
     visit("Skein1024", [](auto& of) -> auto& { return of.skein1024; });
-    visit("Tiger", [](auto& of) -> auto& { return of.tiger; });
+    visit("Tiger", WithForm<BlockForm<std::uint64_t, 3, 64>>([](auto& of) -> auto& { return of.tiger; }));
     // clang-format on
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Digests from publications and other implementations. The head of each file in tests/data says where they come from. The
-// references are held to them as well.
+// Digests from publications and other implementations. The head of each file in tests/data says where they come from.
+// The references are held to them as well.
 #include "tests/hash/Functions.h"
 #include "tests/helpers/KnownAnswers.h"
 #include "tests/helpers/VectorLines.h"
@@ -12,22 +12,14 @@ namespace {
 
 using hash_tests::AllFunctions;
 using hash_tests::Name;
+using helpers::Bytes;
 using helpers::KnownAnswer;
-
-constexpr const char* files[] = {
-    "blake2b.txt",      "crc_check.txt",          "keccak_kat.txt",
-    "md4_rfc1320.txt",  "md5_rfc1321.txt",        "md6.txt",
-    "ripemd160.txt",    "sha3_cavp.txt",          "sha_cavp.txt",
-    "sha_examples.txt", "sha_truncated_cavp.txt", "skein_golden_kat.txt",
-    "sm3.txt",          "sums_coreutils.txt",     "tiger2.txt",
-    "tiger_nessie.txt", "whirlpool_iso.txt",
-};
 
 constexpr std::size_t slowForReferences = 20'000; // bytes; the references take seconds for a million
 
 TEST(PublishedVectors, EveryFunctionAndReferenceGivesTheirDigests) {
-    for (const char* file : files)
-        for (const auto& [name, message, digest] : helpers::KnownAnswers(helpers::VectorLines(file))) {
+    for (const auto& [file, answers] : helpers::Publications())
+        for (const auto& [name, message, digest] : answers) {
             const fyrn_function* const function = fyrn_function_find(name.c_str());
             ASSERT_NE(function, nullptr) << name;
             EXPECT_EQ(hash_tests::Digest(function, message), digest)
@@ -44,13 +36,13 @@ TEST(PublishedVectors, AreThereForAllOtherFunctions) {
     std::set<std::string> without;
     for (const fyrn_function* function : AllFunctions())
         without.insert(Name(function));
-    for (const char* file : files)
-        for (const KnownAnswer& answer : helpers::KnownAnswers(helpers::VectorLines(file)))
+    for (const auto& [file, answers] : helpers::Publications())
+        for (const KnownAnswer& answer : answers)
             without.erase(answer.function);
     without.erase("BLAKE3"); // below
     const std::set<std::string> expected = {"BLAKE2-128", "BLAKE2-160", "SHAKE-512", "TIGER1-128",
                                             "TIGER1-160", "TIGER2-128", "TIGER2-160"};
-    EXPECT_EQ(without, expected) << "a new function needs published digests in tests/data";
+    EXPECT_EQ(without, expected) << "a new function needs published digests in tests/data/published";
 }
 
 // Of BLAKE3 131 bytes are known, for messages whose byte i is i modulo 251.
@@ -64,7 +56,7 @@ TEST(PublishedVectors, Blake3GivesItsAuthors) {
         std::size_t length = 0;
         std::string digest;
         ASSERT_TRUE(fields >> length >> digest);
-        hash_tests::Bytes message;
+        Bytes message;
         for (std::size_t i = 0; i < length; ++i)
             message.push_back(static_cast<std::uint8_t>(i % 251));
         const hash_tests::Hash hash(fyrn_hash_new_sized(blake3, digest.size() / 2));
@@ -73,6 +65,55 @@ TEST(PublishedVectors, Blake3GivesItsAuthors) {
         EXPECT_EQ(helpers::ToHex(helpers::FunctionReference("BLAKE3", message, digest.size() / 2)), digest)
             << "the reference, " << length << " bytes";
     }
+}
+
+// The digest that a checkpoint of CAVP's Monte Carlo tests ends with: of SHA-3, a chain of digests of digests; of
+// the others, a chain in which each message is the three digests before it.
+template <class Hash>
+Bytes Checkpoint(const Bytes& seed, bool isSha3, Hash hash) {
+    Bytes last[3] = {seed, seed, seed};
+    for (int step = 0; step < 1000; ++step) {
+        Bytes message = last[2];
+        if (!isSha3) {
+            message = last[0];
+            message.insert(message.end(), last[1].begin(), last[1].end());
+            message.insert(message.end(), last[2].begin(), last[2].end());
+        }
+        last[0] = last[1];
+        last[1] = last[2];
+        last[2] = helpers::FromHex(hash(message));
+    }
+    return last[2];
+}
+
+// Follows every chain to the first of its checkpoints, or to the last; between them the first three and the last
+// are known.
+void ExpectCheckpoints(int count) {
+    const std::vector<std::string> lines = helpers::VectorLines("sha_cavp_monte.txt");
+    ASSERT_EQ(lines.size(), 8u);
+    for (const std::string& line : lines) {
+        std::istringstream fields(line);
+        std::string function, seed, known[4];
+        fields >> function >> seed >> known[0] >> known[1] >> known[2] >> known[3];
+        const fyrn_function* const found = fyrn_function_find(function.c_str());
+        ASSERT_NE(found, nullptr) << function;
+        Bytes digest = helpers::FromHex(seed);
+        for (int i = 0; i < count; ++i) {
+            digest = Checkpoint(digest, function.starts_with("SHA3"),
+                                [&](const Bytes& message) { return hash_tests::Digest(found, message); });
+            if (i < 3 || i == 99) {
+                EXPECT_EQ(helpers::ToHex(digest), known[std::min(i, 3)]) << function << ", checkpoint " << i;
+            }
+        }
+    }
+}
+
+TEST(PublishedVectors, MonteCarloChainsPassTheirFirstCheckpoint) {
+    ExpectCheckpoints(1);
+}
+
+TEST(PublishedVectorsSlow, MonteCarloChainsPassAllCheckpoints) {
+    ExpectCheckpoints(100);
 }
 
 } // namespace

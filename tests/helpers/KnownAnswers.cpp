@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/helpers/KnownAnswers.h"
 
+#include "tests/helpers/VectorLines.h"
+
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <regex>
 #include <stdexcept>
@@ -35,6 +38,17 @@ std::vector<KnownAnswer> KnownAnswers(const std::vector<std::string>& lines) {
     std::vector<KnownAnswer> answers;
     std::transform(lines.begin(), lines.end(), std::back_inserter(answers), ParseLine);
     return answers;
+}
+
+std::vector<Publication> Publications() {
+    std::vector<Publication> publications;
+    for (const auto& entry : std::filesystem::directory_iterator(FYRN_SOURCE_DIR "/tests/data/published")) {
+        const std::string file = entry.path().filename().string();
+        publications.push_back({file, KnownAnswers(VectorLines("published/" + file))});
+    }
+    if (publications.empty())
+        throw std::runtime_error("tests/data/published is empty");
+    return publications;
 }
 
 } // namespace helpers

@@ -19,4 +19,13 @@ struct KnownAnswer {
 // it, an asterisk and a count repeat it. Throws std::runtime_error when there is no line or one not of this form.
 std::vector<KnownAnswer> KnownAnswers(const std::vector<std::string>& lines);
 
+// A file of published digests.
+struct Publication {
+    std::string file; // its name
+    std::vector<KnownAnswer> answers;
+};
+
+// Every file of tests/data/published. Throws std::runtime_error when there is none or one cannot be read.
+std::vector<Publication> Publications();
+
 } // namespace helpers

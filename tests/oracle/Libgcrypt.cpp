@@ -2,7 +2,9 @@
 #include "tests/oracle/Libgcrypt.h"
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
+#include <string>
 
 namespace oracle {
 namespace {
@@ -20,6 +22,27 @@ void Require(gcry_error_t error) {
         throw std::runtime_error(gcry_strerror(error));
 }
 
+// As libgcrypt spells it: "SHA512/224" is SHA512_224 there, "BLAKE2b-256" BLAKE2B_256, "RIPEMD-160" RIPEMD160.
+std::optional<int> AlgorithmCalled(std::string name) {
+    std::replace(name.begin(), name.end(), '/', '_');
+    std::string underlined = name;
+    std::replace(underlined.begin(), underlined.end(), '-', '_');
+    std::string joined = name;
+    std::erase(joined, '-');
+    for (const std::string& spelling : {name, underlined, joined})
+        if (const int algorithm = gcry_md_map_name(spelling.c_str()); algorithm != 0)
+            return algorithm;
+    return std::nullopt;
+}
+
+// Those whose names tell nothing: Tiger in the order of bytes that its authors gave it later, whose shorter digests are
+// the first bytes of the long one, and the longest BLAKE2b.
+const std::map<std::string, int> otherNames = {
+    {"BLAKE2-512", GCRY_MD_BLAKE2B_512}, {"TIGER1-128", GCRY_MD_TIGER1}, {"TIGER1-160", GCRY_MD_TIGER1},
+    {"TIGER1-192", GCRY_MD_TIGER1},      {"TIGER2-128", GCRY_MD_TIGER2}, {"TIGER2-160", GCRY_MD_TIGER2},
+    {"TIGER2-192", GCRY_MD_TIGER2},
+};
+
 } // namespace
 
 helpers::Bytes Digest(int algorithm, std::span<const std::uint8_t> message, std::size_t length) {
@@ -34,6 +57,25 @@ helpers::Bytes Digest(int algorithm, std::span<const std::uint8_t> message, std:
     else
         std::copy_n(gcry_md_read(handle, algorithm), digest.size(), digest.data());
     gcry_md_close(handle);
+    return digest;
+}
+
+std::optional<int> AlgorithmOf(const fyrn_function* function) {
+    const auto other = otherNames.find(fyrn_function_name(function));
+    if (other != otherNames.end())
+        return other->second;
+    const auto byName = AlgorithmCalled(fyrn_function_name(function));
+    return byName ? byName : AlgorithmCalled(fyrn_function_tag(function));
+}
+
+helpers::Bytes Digest(const fyrn_function* function, std::span<const std::uint8_t> message) {
+    const std::optional<int> algorithm = AlgorithmOf(function);
+    if (!algorithm)
+        throw std::invalid_argument("libgcrypt does not have the function");
+    const std::size_t size = fyrn_function_digest_size(function);
+    const bool isOpen = gcry_md_get_algo_dlen(*algorithm) == 0; // of any length
+    helpers::Bytes digest = Digest(*algorithm, message, isOpen ? size : 0);
+    digest.resize(size);
     return digest;
 }
 

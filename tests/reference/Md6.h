@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // MD6 as its authors' report describes it (Rivest et al., "The MD6 hash function: a proposal to NIST for
 // SHA-3", 2008, chapter 2), with L = 64: slow, and with whole levels of the tree as arrays. The report itself
-// was not at hand; node-md6 confirms the digests (tests/data/md6.txt).
+// was not at hand; node-md6 confirms the digests (tests/data/published/md6.txt).
 #pragma once
 
 #include <cstdint>

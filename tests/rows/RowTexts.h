@@ -14,16 +14,14 @@ namespace row_tests {
 
 class RowTexts {
   public:
-    // What the row of this name prints for a file; "failed" when its function failed or no row bears the name.
-    std::string OfFile(std::string_view name, const std::wstring& path) {
+    // What the row of this name prints for a file with this content; "failed" when its function failed or no row
+    // bears the name.
+    std::string Of(std::string_view name, std::span<const std::uint8_t> message) {
+        const std::wstring path = files_.Write("message", message);
         for (const HashRow& row : hashTable)
             if (name == helpers::RowName(row))
                 return row.hash(context_, path.c_str()) ? context_.hashText : "failed";
         return "failed";
-    }
-
-    std::string Of(std::string_view name, std::span<const std::uint8_t> message) {
-        return OfFile(name, files_.Write("message", message));
     }
 
   private:
