@@ -139,10 +139,10 @@ configure_and_build_program() {
   quietly ninja -C "$root/build/$1" -j "$jobs" "${@:2}"
 }
 
-# The program and the library for Windows are one file to copy each: they import what every Windows has, and nothing else.
+# Programs and library for Windows are one file to copy each: they import what every Windows has, and nothing else.
 check_windows_imports() {
   local file imports foreign
-  for file in build/windows/fyrn.exe build/windows/packaging/fyrn.dll; do
+  for file in build/windows/{fyrn,fyrnsum}.exe build/windows/packaging/fyrn.dll; do
     imports=$(x86_64-w64-mingw32-objdump -p "$root/$file" | sed -n 's/^\tDLL Name: //p')
     [ -n "$imports" ] || fail "$file: no imports found"
     foreign=$(grep -ivxE '(kernel32|msvcrt|user32)\.dll' <<<"$imports") || continue

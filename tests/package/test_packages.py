@@ -70,16 +70,17 @@ class Folder(Scratch):
         unpacked = {path.relative_to(sources).as_posix() for path in sources.rglob("*") if not path.is_dir()}
         self.assertEqual(unpacked, set(tracked.split("\0")) - {""})
 
-    def test_the_zip_holds_the_program_and_its_documents(self):
+    def test_the_zip_holds_the_programs_and_their_documents(self):
         with zipfile.ZipFile(FOLDER / f"fyrn-{VERSION}-windows-x86_64.zip") as archive:
             self.assertIsNone(archive.testzip())
             folder = f"fyrn-{VERSION}-windows-x86_64/"
             self.assertEqual({name.removeprefix(folder) for name in archive.namelist()},
-                             {"fyrn.exe", "README.md", "SECURITY.md", "CHANGELOG.md", "algorithms.md", "recipes.md",
-                              "LICENSE.txt", "MANUAL.txt", "library.md", "fyrn.dll", "lib/libfyrn.dll.a",
+                             {"fyrn.exe", "fyrnsum.exe", "README.md", "SECURITY.md", "CHANGELOG.md", "algorithms.md", "recipes.md",
+                              "LICENSE.txt", "MANUAL-fyrn.txt", "MANUAL-fyrnsum.txt", "library.md", "fyrn.dll", "lib/libfyrn.dll.a",
                               "include/fyrn/fyrn.h", "include/fyrn/fyrn.hpp"})
-            self.assertEqual(archive.read(folder + "fyrn.exe")[:2], b"MZ")
-            self.assertIn(b"WARNING\r\n", archive.read(folder + "MANUAL.txt"))
+            for program in ("fyrn", "fyrnsum"):
+                self.assertEqual(archive.read(f"{folder}{program}.exe")[:2], b"MZ")
+                self.assertIn(b"SYNOPSIS\r\n", archive.read(f"{folder}MANUAL-{program}.txt"))
 
     def unpacked_zip(self):
         with zipfile.ZipFile(FOLDER / f"fyrn-{VERSION}-windows-x86_64.zip") as archive:
@@ -96,10 +97,14 @@ class Folder(Scratch):
         return (self.scratch / "output").read_text(encoding="utf-8").splitlines()
 
     @unittest.skipUnless((WINE_PREFIX / "complete").exists(), "needs the Windows that script/test-windows makes")
-    def test_the_program_in_the_zip_works(self):
+    def test_the_programs_in_the_zip_work(self):
+        folder = self.unpacked_zip()
         (self.scratch / "abc").write_bytes(b"abc")
-        self.assertEqual(self.wine(self.unpacked_zip() / "fyrn.exe", "-hash=MD5", "abc"),
+        self.assertEqual(self.wine(folder / "fyrn.exe", "-hash=MD5", "abc"),
                          ["Hashes: MD5 ", "", "abc", "  900150983cd24fb0d6963f7d28e17f72"])
+        self.assertEqual(self.wine(folder / "fyrnsum.exe", "-a", "md5", "-o", "list.md5", "abc"), [])
+        self.assertEqual((self.scratch / "list.md5").read_bytes(), b"900150983cd24fb0d6963f7d28e17f72  abc\n")
+        self.assertEqual(self.wine(folder / "fyrnsum.exe", "-c", "list.md5"), ["abc: OK"])
 
     @unittest.skipUnless((WINE_PREFIX / "complete").exists(), "needs the Windows that script/test-windows makes")
     def test_programs_use_the_library_in_the_zip(self):

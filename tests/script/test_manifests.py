@@ -42,12 +42,14 @@ class Manifests(unittest.TestCase):
             with self.subTest(name):
                 self.assertNotIn("@", text)
 
-    def test_winget_is_told_place_digest_and_program(self):
+    def test_winget_is_told_place_digest_and_programs(self):
         texts = self.fill()
-        installer = fields(texts["fyrn.fyrn.installer.yaml"])
+        text = texts["fyrn.fyrn.installer.yaml"]
+        installer = fields(text)
         self.assertEqual(installer["InstallerUrl"], f"{URL}/{NAME}.zip")
         self.assertEqual(installer["InstallerSha256"], DIGEST)
-        self.assertEqual(installer["RelativeFilePath"], NAME + "\\fyrn.exe")
+        self.assertEqual(re.findall(r"RelativeFilePath: (.+)\n +PortableCommandAlias: (.+)", text),
+                         [(f"{NAME}\\{program}.exe", program) for program in ("fyrn", "fyrnsum")])
         types = set()
         for name in ("fyrn.fyrn.yaml", "fyrn.fyrn.installer.yaml", "fyrn.fyrn.locale.en-US.yaml"):
             manifest = fields(texts[name])
@@ -55,12 +57,12 @@ class Manifests(unittest.TestCase):
             types.add(manifest["ManifestType"])
         self.assertEqual(types, {"version", "installer", "defaultLocale"})
 
-    def test_scoop_is_told_place_digest_and_program(self):
+    def test_scoop_is_told_place_digest_and_programs(self):
         manifest = json.loads(self.fill()["fyrn.json"])
         self.assertEqual(manifest["version"], "1.2.3")
         self.assertEqual(manifest["architecture"]["64bit"],
                          {"url": f"{URL}/{NAME}.zip", "hash": DIGEST, "extract_dir": NAME})
-        self.assertEqual(manifest["bin"], "fyrn.exe")
+        self.assertEqual(manifest["bin"], ["fyrn.exe", "fyrnsum.exe"])
 
     def test_a_list_without_the_zip_is_refused(self):
         done = self.run_script(f"{DIGEST}  fyrn-1.2.3.tar.gz\n")

@@ -1,0 +1,20 @@
+# fyrn_program(NAME ROOM ENTRY DESCRIPTION): a program of Main.cpp, the given room and the system's entry point,
+# platform/<ENTRY>.cpp. For Windows it bears its name, version and description.
+function(fyrn_program program room entry description)
+  add_executable(${program} Main.cpp ${PROJECT_SOURCE_DIR}/platform/${entry}.cpp)
+  target_link_libraries(${program} PRIVATE fyrn_${room} fyrn_hardening)
+  set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+  if(WIN32)
+    set(folder ${PROJECT_SOURCE_DIR}/app)
+    set(resources ${PROJECT_BINARY_DIR}/generated/${program}_Windows.rc)
+    configure_file(${folder}/Program_Windows.rc.in ${resources} @ONLY)
+    set_source_files_properties(${resources} PROPERTIES OBJECT_DEPENDS ${folder}/Program_Windows.manifest)
+    target_sources(${program} PRIVATE ${resources})
+  endif()
+  if(MINGW)
+    target_link_options(${program} PRIVATE -municode)
+  elseif(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    # Finding and linking the runtime's shared libraries would be a third of the time that a short run takes.
+    target_link_options(${program} PRIVATE -static-libstdc++ -static-libgcc)
+  endif()
+endfunction()
