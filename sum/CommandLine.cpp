@@ -103,6 +103,8 @@ void Reader::Take(const GivenOption& given) {
         binary_ = true;
         return;
     case OptionId::untagged:
+        if (form_ == Form::tagged) // which --tag alone made binary
+            binary_.reset();
         form_ = Form::untagged;
         return;
     case OptionId::json:
@@ -283,7 +285,7 @@ void Reader::ChooseOperands() {
                          (options_.namesEndInNul ? "--files0-from" : "--files-from"));
     }
     if (raw_ && (options_.operands.size() > 1 || options_.namesFrom || options_.recursive))
-        throw UsageError("the --raw option is not supported with multiple files");
+        throw UsageError("the --raw option is not supported with multiple files", UsageError::Advice::none);
     options_.namesGiven = !options_.operands.empty();
     if (!options_.namesGiven && !options_.namesFrom)
         options_.operands = {"-"};

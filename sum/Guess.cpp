@@ -55,6 +55,12 @@ bool IsKnownTag(std::string_view tag) {
     return fyrn::Function::Find(tag) || fyrn::Function::Find(tag.substr(0, tag.rfind('-')));
 }
 
+// What GNU's tools write and read: their own tag, and for SHA-2 that of OpenSSL.
+bool IsGnuTag(std::string_view tag, const FunctionChoice& choice) {
+    return tag == choice.tag ||
+           (tag.starts_with("SHA2-") && choice.tag == "SHA" + std::string(tag.substr(5)));
+}
+
 FunctionSet SetOf(std::vector<FunctionChoice> choices) {
     return std::make_shared<const std::vector<FunctionChoice>>(std::move(choices));
 }
@@ -171,7 +177,7 @@ ListFunctions::Found ListFunctions::OfDigest(const ListDigest& digest) {
 ListFunctions::Found ListFunctions::OfTag(const ListDigest& digest) const {
     for (const auto& bytes : {HexBytes(digest.text), Base64Bytes(digest.text)}) {
         std::optional<FunctionChoice> choice = bytes ? ChoiceOfTag(digest.tag, *bytes) : std::nullopt;
-        if (!choice || choice->legacy != Legacy::none || (given_.gnuOnly && choice->tag != digest.tag))
+        if (!choice || choice->legacy != Legacy::none || (given_.gnuOnly && !IsGnuTag(digest.tag, *choice)))
             continue;
         if (given_.choices.empty() || IsGiven(*choice))
             return {LineFunctions::Kind::certain, std::move(choice)};

@@ -111,7 +111,10 @@ TEST(Guess, PaddingTellsTheLengthOfBase64) {
 TEST(Guess, TagsOfGnuToolsAreSpeltAsTheySpellThem) {
     sum::ListFunctions functions({{}, true}, "list");
     EXPECT_EQ(FunctionsOf(functions, {{"SHA256", Digits(32)}}), "SHA256");
-    EXPECT_EQ(FunctionsOf(functions, {{"SHA2-256", Digits(32)}}), "malformed");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA2-256", Digits(32)}}), "SHA256");
+    EXPECT_EQ(FunctionsOf(functions, {{"sha2-256", Digits(32)}}), "malformed");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA2-512", Digits(32)}}), "malformed");
+    EXPECT_EQ(FunctionsOf(functions, {{"SHA-256", Digits(32)}}), "malformed");
     EXPECT_EQ(FunctionsOf(functions, {{"none", Digits(32)}}), "malformed");
 }
 
