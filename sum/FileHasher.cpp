@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sum/FileHasher.h"
 
+#include "sum/ReadBuffer.h"
+
 #include <cerrno>
 #include <span>
 
@@ -18,7 +20,7 @@ struct FileHasher::State {
     Opening opening;
     FunctionSet functions; // that `hashers` are of
     std::vector<fyrn::Hasher> hashers;
-    std::vector<std::byte> buffer = std::vector<std::byte>(bufferSize);
+    ReadBuffer buffer = ReadBuffer(bufferSize);
 
     void Begin(const FunctionSet& wanted);
     FileResult Hash(platform::ByteFile file, const Name& name);
@@ -44,12 +46,12 @@ void FileHasher::State::Begin(const FunctionSet& wanted) {
 int FileHasher::State::HashAll(platform::ByteFile& file, std::int64_t sizeAtStart, std::uint64_t& size) {
     int error = 0;
     for (;;) {
-        const std::ptrdiff_t count = file.Read(buffer.data(), buffer.size(), error);
+        const std::ptrdiff_t count = file.Read(buffer.Data(), buffer.Size(), error);
         if (count <= 0)
             return count < 0 ? error : 0;
         const auto read = static_cast<std::size_t>(count);
         for (fyrn::Hasher& hasher : hashers)
-            hasher.Update(std::span(buffer.data(), read));
+            hasher.Update(std::span(buffer.Data(), read));
         size += read;
         if (watcher != nullptr)
             watcher->Read(read);

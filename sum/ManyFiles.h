@@ -5,6 +5,7 @@
 
 #include "platform/ByteFile.h"
 #include "sum/FileHasher.h"
+#include "sum/ReadBuffer.h"
 
 #include <atomic>
 #include <cstddef>
@@ -48,7 +49,7 @@ class ManyFiles {
         platform::ByteFile file;
         FunctionSet functions; // that `hashers` are of
         std::vector<fyrn::Hasher> hashers;
-        std::vector<std::byte> buffer;
+        ReadBuffer buffer;
         std::size_t fill = 0;
         std::int64_t left = 0; // bytes of the file that its size promised; -1: not known
         bool atEnd = false;
