@@ -35,8 +35,8 @@ TEST(Library, EveryRowGivesThePublishedDigests) {
                 << file << ", " << function << ", " << message.size() << " bytes";
         }
     // For these tests/hash says why there are none.
-    for (const char* name : {"BLAKE2-128", "BLAKE2-160", "SHAKE-512", "TIGER1-128", "TIGER1-160",
-                             "TIGER2-128", "TIGER2-160"})
+    for (const char* name :
+         {"BLAKE2-128", "BLAKE2-160", "SHAKE-512", "TIGER1-128", "TIGER1-160", "TIGER2-128", "TIGER2-160"})
         met.erase(name);
     for (const auto& [name, count] : met)
         EXPECT_GT(count, 0u) << name;
