@@ -10,6 +10,7 @@
 #include "hash/LegacySums.h"
 #include "hash/Md6Tree.h"
 #include "hash/SkeinStream.h"
+#include "hash/XxhStream.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -134,6 +135,10 @@ constexpr fyrn_function functions[] = {
     BlockRow<Sm3>("SM3", "SM3", ""),
     BlockRow<Ripemd160>("RIPEMD-160", "RMD160", "ripemd"),
     {"BLAKE3", "BLAKE3", "b3", 32, Blake3Stream::blockSize, 1, SIZE_MAX, &blake3Type},
+    Row<XxhStream<Xxh32>>("XXH32", "XXH32", ""),
+    Row<XxhStream<Xxh64>>("XXH64", "XXH64", ""),
+    Row<XxhStream<Xxh3>>("XXH3-64", "XXH3", ""),
+    Row<XxhStream<Xxh128>>("XXH3-128", "XXH128", ""),
 };
 
 // The next character of a name that counts, in lower case; 0 at the end.

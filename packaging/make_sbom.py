@@ -19,6 +19,7 @@ LINKED = {
     "libgcc-12-dev": (GCC_LICENSE, ".deb"),
     "gcc-mingw-w64-x86-64-posix-runtime": (GCC_LICENSE, ".zip"),
     "mingw-w64-x86-64-dev": ("ZPL-2.1 AND MIT AND LicenseRef-public-domain", ".zip"),
+    "libxxhash-dev": ("BSD-2-Clause", (".deb", ".zip")),
 }
 
 
@@ -63,9 +64,10 @@ def main(version, commit, folder):
     moment = datetime.datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), datetime.timezone.utc)
     relationships = [relationship("SPDXRef-DOCUMENT", "DESCRIBES", identifier(path.name)) for path in paths]
     for package, (_, suffix) in LINKED.items():
-        # The library for developers holds no program, and so nothing of the compiler's.
+        # The libraries hold no program, and so nothing of the compiler's.
         relationships += [relationship(identifier(package), "STATIC_LINK", identifier(path.name)) for path in paths
-                          if path.name.endswith(suffix) and not path.name.startswith("lib")]
+                          if path.name.endswith(suffix)
+                          and (not path.name.startswith("lib") or package == "libxxhash-dev")]
     document = {
         "spdxVersion": "SPDX-2.3", "dataLicense": "CC0-1.0", "SPDXID": "SPDXRef-DOCUMENT", "name": f"fyrn-{version}",
         "documentNamespace": f"https://fyrn.example/spdx/fyrn-{version}-{commit}",

@@ -7,12 +7,13 @@ root=$(CDPATH='' cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/..
 jobs=$(nproc 2>/dev/null || echo 2)
 
 # One list per purpose. An entry is PROBE=PACKAGE: a command or a file that shows that the Debian package is there.
-build_needs=(g++=g++ cmake=cmake ninja=ninja-build)
+build_needs=(g++=g++ cmake=cmake ninja=ninja-build /usr/include/xxhash.h=libxxhash-dev)
 test_needs=("${build_needs[@]}" python3=python3 git=git readelf=binutils mandoc=mandoc
   objdump=binutils qemu-x86_64=qemu-user abidiff=abigail-tools pkg-config=pkg-config
   /usr/include/gtest/gtest.h=libgtest-dev /usr/include/gmock/gmock.h=libgmock-dev
   /usr/include/gcrypt.h=libgcrypt20-dev /usr/include/simde/x86/avx512.h=libsimde-dev)
-windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix)
+windows_build_needs=(cmake=cmake ninja=ninja-build x86_64-w64-mingw32-g++-posix=g++-mingw-w64-x86-64-posix
+  /usr/include/xxhash.h=libxxhash-dev)
 windows_test_needs=("${build_needs[@]}" "${windows_build_needs[@]}" python3=python3
   wine=wine /usr/lib/wine/wine64=wine64 /usr/src/googletest/CMakeLists.txt=googletest)
 windows_slow_test_needs=(Xvfb=xvfb xdotool=xdotool)

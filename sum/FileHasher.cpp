@@ -72,9 +72,7 @@ FileResult FileHasher::State::Hash(platform::ByteFile file, const Name& name) {
     result.error = HashAll(file, left, result.size);
     if (result.error != 0)
         return result;
-    result.digests.reserve(hashers.size());
-    for (fyrn::Hasher& hasher : hashers)
-        result.digests.push_back(hasher.Finish());
+    result.digests = FinishAll(*functions, hashers);
     return result;
 }
 

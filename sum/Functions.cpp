@@ -11,8 +11,11 @@ namespace sum {
 namespace {
 
 // The functions that lists have most often, one for each length.
-constexpr std::string_view usual[] = {"CRC-32",   "MD5",      "SHA1",    "SHA2-224",
-                                      "SHA2-256", "SHA2-384", "SHA2-512"};
+constexpr std::string_view usual[] = {"CRC-32",   "XXH3-64",  "MD5",      "SHA1",
+                                      "SHA2-224", "SHA2-256", "SHA2-384", "SHA2-512"};
+
+// The functions whose digests are numbers that other tools write in either order of their bytes.
+constexpr std::string_view eitherOrder[] = {"XXH32", "XXH64", "XXH3", "XXH128"};
 
 constexpr std::string_view anyLength[] = {"BLAKE2b", "SHAKE128", "SHAKE256"};
 
@@ -68,12 +71,41 @@ std::optional<FunctionChoice> ChoiceOfSizedTag(std::string_view tag) {
     return function && bits && TakesLength(*function) ? ChoiceOf(*function, *bits) : std::nullopt;
 }
 
+FunctionChoice LowestFirst(FunctionChoice choice) {
+    choice.lowestFirst = true;
+    choice.tag += "_LE";
+    choice.name = PlainName(choice.tag);
+    return choice;
+}
+
+// "XXH64_LE" and the like.
+std::optional<FunctionChoice> ChoiceOfTurnedTag(std::string_view tag) {
+    for (const std::string_view name : eitherOrder) {
+        FunctionChoice turned = LowestFirst(ChoiceOf(fyrn::Function::Named(name)));
+        if (turned.tag == tag)
+            return turned;
+    }
+    return std::nullopt;
+}
+
 void AddNew(std::vector<FunctionChoice>& choices, FunctionChoice choice) {
     if (std::find(choices.begin(), choices.end(), choice) == choices.end())
         choices.push_back(std::move(choice));
 }
 
 } // namespace
+
+std::vector<std::vector<std::byte>> FinishAll(std::span<const FunctionChoice> choices,
+                                              std::span<fyrn::Hasher> hashers) {
+    std::vector<std::vector<std::byte>> digests;
+    digests.reserve(hashers.size());
+    for (std::size_t i = 0; i < hashers.size(); ++i) {
+        digests.push_back(hashers[i].Finish());
+        if (choices[i].lowestFirst)
+            std::reverse(digests[i].begin(), digests[i].end());
+    }
+    return digests;
+}
 
 bool TakesLength(fyrn::Function function) {
     return std::find(std::begin(anyLength), std::end(anyLength), function.Tag()) != std::end(anyLength);
@@ -97,7 +129,9 @@ std::optional<FunctionChoice> ChoiceOf(fyrn::Function function, std::size_t bits
 std::optional<FunctionChoice> ChoiceOfTag(std::string_view tag, std::size_t digestBytes) {
     const auto function = fyrn::Function::Find(tag);
     if (!function) {
-        const auto choice = ChoiceOfSizedTag(tag);
+        auto choice = ChoiceOfSizedTag(tag);
+        if (!choice)
+            choice = ChoiceOfTurnedTag(tag);
         return choice && choice->digestSize == digestBytes ? choice : std::nullopt;
     }
     if (function->DigestSize() == digestBytes)
@@ -119,6 +153,9 @@ std::vector<FunctionChoice> ChoicesOfSize(std::size_t digestBytes) {
     for (const std::string_view name : anyLength)
         if (const auto choice = ChoiceOf(fyrn::Function::Named(name), digestBytes * 8))
             AddNew(choices, *choice);
+    for (const std::string_view name : eitherOrder)
+        if (const auto function = fyrn::Function::Named(name); function.DigestSize() == digestBytes)
+            choices.push_back(LowestFirst(ChoiceOf(function)));
     return choices;
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,11 +23,17 @@ struct FunctionChoice {
     std::string tag;            // in tagged lines: "SHA256", "BLAKE2b-256"
     std::string name;           // as -a, JSON and {alg} have it: "sha256", "blake2b-256"
     Legacy legacy = Legacy::none;
+    bool lowestFirst = false; // the digest's bytes in the opposite order: lists of xxhsum --little-endian
 
     bool operator==(const FunctionChoice& other) const {
-        return function == other.function && digestSize == other.digestSize;
+        return function == other.function && digestSize == other.digestSize &&
+               lowestFirst == other.lowestFirst;
     }
 };
+
+// The digests that hashers of these functions end with, in their order.
+std::vector<std::vector<std::byte>> FinishAll(std::span<const FunctionChoice> choices,
+                                              std::span<fyrn::Hasher> hashers);
 
 // Whether the function gives digests of any length.
 bool TakesLength(fyrn::Function function);
@@ -40,7 +47,7 @@ std::optional<FunctionChoice> ChoiceOf(fyrn::Function function, std::size_t bits
 
 // The function that a tag of a list names, its length included: "SHA256", "BLAKE2b-256",
 // "SHA3-512", "SHA2-256(x)"'s "SHA2-256". A tag without a length ("BLAKE2b", "SHAKE128") takes that
-// of the digest beside it, given in bytes. Nothing when there is no such function, or when it has
+// of the digest beside it, given in bytes; "XXH64_LE" is XXH64 with the lowest byte first. Nothing when there is no such function, or when it has
 // no digest of that length.
 std::optional<FunctionChoice> ChoiceOfTag(std::string_view tag, std::size_t digestBytes);
 

@@ -134,11 +134,8 @@ void ManyFiles::Finish(Slot& slot, std::vector<HashJob*>& done) {
     done.push_back(slot.job);
     slot.job = nullptr;
     --busy_;
-    if (result.error != 0)
-        return;
-    result.digests.reserve(slot.hashers.size());
-    for (fyrn::Hasher& hasher : slot.hashers)
-        result.digests.push_back(hasher.Finish());
+    if (result.error == 0)
+        result.digests = FinishAll(*slot.functions, slot.hashers);
 }
 
 void ManyFiles::FailAll(int error, std::vector<HashJob*>& done) {

@@ -15,6 +15,7 @@
 #include "tests/reference/Sm3.h"
 #include "tests/reference/Tiger.h"
 #include "tests/reference/Whirlpool.h"
+#include "tests/reference/Xxh.h"
 
 #include <map>
 #include <stdexcept>
@@ -139,6 +140,10 @@ const std::map<std::string_view, Reference*> references = {
     {"TIGER2-160", Tiger<reference::tiger2Padding>},
     {"TIGER2-192", Tiger<reference::tiger2Padding>},
     {"WHIRLPOOL", Plain<reference::Whirlpool>},
+    {"XXH32", Plain<reference::Xxh32>},
+    {"XXH64", Plain<reference::Xxh64>},
+    {"XXH3-64", Plain<reference::Xxh3>},
+    {"XXH3-128", Plain<reference::Xxh128>},
 };
 
 } // namespace

@@ -76,7 +76,7 @@ class Folder(Scratch):
             folder = f"fyrn-{VERSION}-windows-x86_64/"
             self.assertEqual({name.removeprefix(folder) for name in archive.namelist()},
                              {"fyrn.exe", "fyrnsum.exe", "README.md", "SECURITY.md", "CHANGELOG.md", "algorithms.md", "recipes.md",
-                              "LICENSE.txt", "MANUAL-fyrn.txt", "MANUAL-fyrnsum.txt", "library.md", "fyrn.dll", "lib/libfyrn.dll.a",
+                              "LICENSE.txt", "LICENSE-xxhash.txt", "MANUAL-fyrn.txt", "MANUAL-fyrnsum.txt", "library.md", "fyrn.dll", "lib/libfyrn.dll.a",
                               "include/fyrn/fyrn.h", "include/fyrn/fyrn.hpp"})
             for program in ("fyrn", "fyrnsum"):
                 self.assertEqual(archive.read(f"{folder}{program}.exe")[:2], b"MZ")
