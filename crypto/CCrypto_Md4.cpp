@@ -3,7 +3,6 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 #include <algorithm>
@@ -24,31 +23,32 @@ CCrypto_Md4::CCrypto_Md4(std::wstring*) {
 }
 
 void CCrypto_Md4::ResetContext() {
-    context_.Reset();
+    stream_ = {};
+    std::fill(std::begin(digest_), std::end(digest_), std::uint8_t{0});
 }
 
 void CCrypto_Md4::DoBlock(const unsigned char* bytes, unsigned int count) {
     try {
-        context_.Absorb(bytes, count, TransformBlocks);
+        stream_.Update(bytes, count);
     }
     CATCH_SITE("void __cdecl CCrypto_Md4::DoBlock(const unsigned char *,unsigned int)")
 }
 
-// One catch site for a run of blocks: a fault in it is reported once, and the caller goes on.
-void CCrypto_Md4::TransformBlocks(std::uint32_t state[4], const unsigned char* blocks, std::size_t count) {
+// A fault in a run of blocks is reported once.
+void CCrypto_Md4::Reporting::Compress(std::uint32_t* state, const std::uint8_t* blocks, std::size_t count) {
     try {
-        fyrn::kernels::Kernels().md4(state, blocks, count);
+        fyrn::hash::Md4::Compress(state, blocks, count);
     }
     CATCH_SITE("void __cdecl CCrypto_Md4::Transform(const unsigned char *)")
 }
 
 void CCrypto_Md4::Transform(const unsigned char* block) {
-    TransformBlocks(context_.state, block, 1);
+    Reporting::Compress(stream_.State(), block, 1);
 }
 
 void CCrypto_Md4::Finalize() {
     try {
-        context_.Finish(TransformBlocks);
+        stream_.Finish(digest_);
     }
     CATCH_SITE("void __cdecl CCrypto_Md4::Finalize(void)")
 }
@@ -57,15 +57,15 @@ bool CCrypto_Md4::GetFromFile(const wchar_t* path, unsigned char digest[]) {
     try {
         return engine_frame::WithOpenFile(path, digest, [this, digest](platform::InputFile& file) {
             const auto buffer =
-                engine_frame::MakeReadBuffer(readBufferSize); // without memory the context stays as it was
+                engine_frame::MakeReadBuffer(readBufferSize); // without memory the message stays as it was
             ResetContext();
-            context_.SetInitialState();
+            stream_.Reset();
             engine_frame::FeedSaltAndFile(file, buffer, *this,
                                           [this](const unsigned char* bytes, std::size_t count) {
                                               DoBlock(bytes, static_cast<unsigned int>(count));
                                           });
             Finalize();
-            std::copy(std::begin(context_.digest), std::end(context_.digest), digest);
+            std::copy(std::begin(digest_), std::end(digest_), digest);
         });
     }
     CATCH_SITE("bool __cdecl CCrypto_Md4::GetFromFile(const wchar_t *,unsigned char [])")
@@ -76,7 +76,7 @@ bool CCrypto_Md4::GetFromFileAsString(const wchar_t* path, char text[]) {
     try {
         if (path == nullptr || text == nullptr)
             return false;
-        unsigned char digest[sizeof context_.digest];
+        unsigned char digest[sizeof digest_];
         if (!GetFromFile(path, digest))
             return false;
         HexString_FromAllBytes(text, digest, sizeof digest);

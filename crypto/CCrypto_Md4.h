@@ -2,7 +2,8 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "crypto/Md4Md5Context.h"
+#include "hash/BlockAlgorithms.h"
+#include "hash/BlockStream.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,7 +14,7 @@ class CCrypto_Md4 : public CCrypto_Salt {
   public:
     explicit CCrypto_Md4(std::wstring* pWstrDebugLog); // the log is not used
 
-    // Sets the message length to 0 and zeroes block buffer, digest and state.
+    // Sets the message length to 0 and zeroes block buffer, digest and state. GetFromFile alone sets the initial state.
     void ResetContext();
 
     // Absorbs bytes.
@@ -33,7 +34,11 @@ class CCrypto_Md4 : public CCrypto_Salt {
     bool GetFromFileAsString(const wchar_t* path, char text[]);
 
   private:
-    static void TransformBlocks(std::uint32_t state[4], const unsigned char* blocks, std::size_t count);
+    // A fault in the kernel is reported as Transform's, and the message goes on.
+    struct Reporting : fyrn::hash::Md4 {
+        static void Compress(std::uint32_t* state, const std::uint8_t* blocks, std::size_t count);
+    };
 
-    Md4Md5Context context_;
+    fyrn::hash::BlockStream<Reporting> stream_;
+    unsigned char digest_[Reporting::digestSize]; // of the last Finalize
 };

@@ -16,13 +16,12 @@ constexpr unsigned char keccakPadding = 0x01;
 constexpr unsigned char sha3Padding = 0x06;
 
 // A GetFromFile without departures.
-template <class Function>
-bool HashFile(const wchar_t* path, unsigned char* digest, const CCrypto_Salt& salt,
-              sha::Context<Function>& context) {
+template <class Stream>
+bool HashFile(const wchar_t* path, unsigned char* digest, const CCrypto_Salt& salt, Stream& stream) {
     return engine_frame::HashFile(
-        path, digest, readBufferSize, salt, [&] { context.Reset(); },
-        [&](const unsigned char* bytes, std::size_t count) { context.Update(bytes, count); },
-        [&] { context.Finalize(digest); });
+        path, digest, readBufferSize, salt, [&] { stream.Reset(); },
+        [&](const unsigned char* bytes, std::size_t count) { stream.Update(bytes, count); },
+        [&] { stream.Finish(digest); });
 }
 
 // The text of the digest that hash(digest) writes. The file is hashed also when there is no text to write.

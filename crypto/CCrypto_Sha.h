@@ -2,7 +2,7 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "crypto/CCrypto_Sha_Context.h"
+#include "crypto/ShaStream.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -43,8 +43,8 @@ class CCrypto_Sha : public CCrypto_Salt {
                                    std::size_t blocks = 1);
 
   private:
-    sha::Context<sha::Sha1> sha1_;
-    sha::Context<sha::Sha256> sha256_;
-    sha::Context<sha::Sha384> sha384_;
-    sha::Context<sha::Sha512> sha512_;
+    sha::Sha1Stream sha1_{};
+    sha::Sha256Stream sha256_{};
+    sha::Sha384Stream sha384_{};
+    sha::Sha512Stream sha512_{};
 };

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
+#include "crypto/TigerStream.h"
 
 #include <cstdint>
 #include <string>
 
 // Tiger (Anderson, Biham, "Tiger: a fast new hash function", 1996) of a file, padded as Tiger1 or Tiger2.
-//
-// A deliberate quirk: bytes that one call of Tiger_Transform left over are never counted in the message
-// length when a later call completes their block. Without a salt no bytes are left over before the end, and
-// the digest is the standard's; users' recorded salted digests depend on the shortfall.
+// With a salt, the length that is hashed falls short (TigerStream.h).
 class CCrypto_Tiger : public CCrypto_Salt {
   public:
     explicit CCrypto_Tiger(std::wstring* pWstrDebugLog); // the log is not used
@@ -28,7 +26,7 @@ class CCrypto_Tiger : public CCrypto_Salt {
     void Tiger_Finalize();
 
     // The words a, b and c.
-    const std::uint64_t* State() const { return state_; }
+    const std::uint64_t* State() { return stream_.State(); }
 
     // Writes the first bits / 8 bytes of the digest of salt and file, with the padding of Tiger2 or Tiger1.
     // False when a pointer is null, bits is above 192 or the file cannot be opened.
@@ -40,13 +38,6 @@ class CCrypto_Tiger : public CCrypto_Salt {
                              bool tiger2, unsigned char ignoredPasses);
 
   private:
-    static constexpr unsigned int blockSize = 64;
-
-    void CopyDigest(unsigned char* digest, unsigned int count) const;
-
     bool tiger2_ = true;
-    unsigned char buffer_[blockSize] = {};
-    std::uint8_t buffered_ = 0;
-    std::uint64_t state_[3] = {};
-    std::uint64_t length_ = 0; // bytes counted
+    TigerStream stream_{};
 };

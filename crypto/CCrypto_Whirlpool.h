@@ -2,8 +2,8 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
+#include "crypto/WhirlpoolStream.h"
 
-#include <cstdint>
 #include <string>
 
 // Whirlpool (ISO/IEC 10118-3, the final version) of a file.
@@ -14,7 +14,7 @@ class CCrypto_Whirlpool : public CCrypto_Salt {
     // Starts a message.
     void Initialize();
 
-    // Absorbs bytes, `length` of them.
+    // Absorbs bytes, `length` of them. Calls of 268,435,456 bytes and more are miscounted (WhirlpoolStream.h).
     void AddDataBlock(const unsigned char* bytes, int length);
 
     // Pads, appends the length and stores the digest.
@@ -31,16 +31,6 @@ class CCrypto_Whirlpool : public CCrypto_Salt {
     bool GetFromFileAsString(const wchar_t* path, char text[]);
 
   private:
-    friend class WhirlpoolTestPeer;
-
-    void CountBits(int length);
-    void AddWholeBytes(const unsigned char* bytes, int length);
-    void AddShiftedByte(unsigned int byte, int shift);
-
-    unsigned char bitLength_[32]; // the number of bits hashed so far, most significant byte first
-    unsigned char buffer_[64];    // zero from the last bit held to the end of that byte
-    unsigned char digest_[64];
-    std::int32_t bufferBits_;     // bits held, 0 to 511
-    std::int32_t bufferPosition_; // the byte that is being filled
-    std::uint64_t hash_[8];
+    WhirlpoolStream stream_;
+    unsigned char digest_[WhirlpoolStream::digestSize];
 };

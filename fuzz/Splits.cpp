@@ -2,14 +2,10 @@
 // Messages that come in pieces of any size, against the references, for every member that takes pieces.
 // Input: function, number of pieces, their lengths, message.
 #include "crypto/CCrypto_Blake2.h"
-#include "crypto/CCrypto_Sha_Context.h"
 #include "crypto/CCrypto_Skein.h"
 #include "crypto/CCrypto_Tiger.h"
-#include "crypto/Md4Md5Context.h"
 #include "fuzz/FuzzInput.h"
-#include "hash/kernels/KernelSelect.h"
 #include "tests/helpers/RowReference.h"
-#include "tests/helpers/WhirlpoolTestPeer.h"
 #include "tests/reference/Tiger.h"
 
 #include <algorithm>
@@ -19,35 +15,6 @@ namespace {
 
 using helpers::Bytes;
 using Pieces = std::vector<std::span<const std::uint8_t>>;
-
-Bytes Md4Md5(const Pieces& pieces, Md4Md5Context::Compress* compress) {
-    Md4Md5Context context;
-    context.Reset();
-    context.SetInitialState();
-    for (const auto piece : pieces)
-        context.Absorb(piece.data(), static_cast<unsigned int>(piece.size()), compress);
-    context.Finish(compress);
-    return {context.digest, context.digest + sizeof context.digest};
-}
-
-Bytes Md4(const Pieces& pieces) {
-    return Md4Md5(pieces, fyrn::kernels::Kernels().md4);
-}
-
-Bytes Md5(const Pieces& pieces) {
-    return Md4Md5(pieces, fyrn::kernels::Kernels().md5);
-}
-
-template <class Function>
-Bytes Sha(const Pieces& pieces) {
-    sha::Context<Function> context;
-    context.Reset();
-    for (const auto piece : pieces)
-        context.Update(piece.data(), piece.size());
-    Bytes digest(Function::digestSize);
-    context.Finalize(digest.data());
-    return digest;
-}
 
 template <unsigned char length>
 Bytes Blake2(const Pieces& pieces) {
@@ -72,27 +39,12 @@ Bytes Skein(const Pieces& pieces) {
     return digest;
 }
 
-Bytes Whirlpool(const Pieces& pieces) {
-    CCrypto_Whirlpool engine(nullptr);
-    engine.Initialize();
-    for (const auto piece : pieces)
-        engine.AddDataBlock(piece.data(), static_cast<int>(piece.size()));
-    engine.Finalize();
-    return WhirlpoolTestPeer::Digest(engine);
-}
-
 struct Row {
     const char* name;
     Bytes (*digest)(const Pieces& pieces);
 };
 
 constexpr Row rows[] = {
-    {"MD4", Md4},
-    {"MD5", Md5},
-    {"SHA1", Sha<sha::Sha1>},
-    {"SHA2-256", Sha<sha::Sha256>},
-    {"SHA2-384", Sha<sha::Sha384>},
-    {"SHA2-512", Sha<sha::Sha512>},
     {"BLAKE2-128", Blake2<16>},
     {"BLAKE2-512", Blake2<64>},
     {"SKEIN-256", Skein<CCrypto_Skein::SKEIN_256_CONTEXT, &CCrypto_Skein::Skein_256_Init,
@@ -101,7 +53,6 @@ constexpr Row rows[] = {
                         &CCrypto_Skein::Skein_512_Update, &CCrypto_Skein::Skein_512_Final>},
     {"SKEIN-1024", Skein<CCrypto_Skein::SKEIN_1024_CONTEXT, &CCrypto_Skein::Skein_1024_Init,
                          &CCrypto_Skein::Skein_1024_Update, &CCrypto_Skein::Skein_1024_Final>},
-    {"WHIRLPOOL", Whirlpool},
 };
 
 // Tiger's digest depends on the pieces: bytes that waited when a piece completed their block are not counted.

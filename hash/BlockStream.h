@@ -14,6 +14,7 @@
 //   };
 #pragma once
 
+#include "hash/BlockBuffer.h"
 #include "hash/kernels/ByteOrder.h"
 
 #include <algorithm>
@@ -36,13 +37,13 @@ class BlockStream {
     void Reset();
 
     // Takes in bytes of the message.
-    void Update(const std::uint8_t* bytes, std::size_t count);
+    void Update(const std::uint8_t* bytes, std::size_t count) { buffer_.Update(*this, bytes, count); }
 
     // Pads the message and writes its digest of digestSize bytes. Reset begins the next message.
     void Finish(std::uint8_t* digest);
 
     // The number of bytes taken in so far, modulo 2^64.
-    std::uint64_t Length() const { return blocks_ * blockSize + fill_; }
+    std::uint64_t Length() const { return blocks_ * blockSize + buffer_.Fill(); }
 
     static const char* Kernel() { return Algorithm::Kernel(); }
 
@@ -50,12 +51,14 @@ class BlockStream {
     using LaneState = Word;
     static constexpr std::size_t laneStateSize = std::size(Algorithm::initialState);
     static constexpr std::size_t BlockSize() { return blockSize; }
-    static constexpr std::size_t WholeBlocks(std::size_t count) { return count / blockSize; }
+    static constexpr std::size_t WholeBlocks(std::size_t count) { return Buffer::WholeBlocks(count); }
     Word* State() { return state_; }
-    std::size_t Head(const std::uint8_t* bytes, std::size_t count);
-    void Tail(const std::uint8_t* bytes, std::size_t count);
+    std::size_t Head(const std::uint8_t* bytes, std::size_t count) {
+        return buffer_.Head(*this, bytes, count);
+    }
+    void Tail(const std::uint8_t* bytes, std::size_t count) { buffer_.Tail(bytes, count); }
     void Compressed(std::size_t blocks) { blocks_ += blocks; }
-    void CompressAlone(const std::uint8_t* blocks, std::size_t count) { Compress(blocks, count); }
+    void CompressAlone(const std::uint8_t* blocks, std::size_t count);
     static auto Lanes() requires requires { Algorithm::Lanes(); }
     { return Algorithm::Lanes(); }
     static void CompressLanes(const auto& kernel, Word* const states[], const std::uint8_t* const blocks[],
@@ -64,17 +67,18 @@ class BlockStream {
     }
 
   protected:
-    void Compress(const std::uint8_t* blocks, std::size_t count);
-    void Pad(std::uint64_t blocks, std::size_t fill);
+    using Buffer = BlockBuffer<blockSize, FullBlock::compressed>;
+
+    // Ends a message that counts as so many blocks and bytes behind them.
+    void Pad(std::uint64_t blocks, std::size_t fill, std::uint8_t padding = Algorithm::padding);
     void StoreDigest(std::uint8_t* digest) const;
 
     Word state_[std::size(Algorithm::initialState)];
     std::uint64_t blocks_; // compressed so far
-    std::size_t fill_;     // bytes in the buffer, 0 to blockSize - 1
-    std::uint8_t buffer_[blockSize];
+    Buffer buffer_;
 
   private:
-    void FillWithZeros(std::size_t end);
+    void CompressBuffer();
     void StoreLength(std::uint64_t blocks, std::size_t fill);
 };
 
@@ -82,81 +86,47 @@ template <class Algorithm>
 void BlockStream<Algorithm>::Reset() {
     std::copy(std::begin(Algorithm::initialState), std::end(Algorithm::initialState), state_);
     blocks_ = 0;
-    fill_ = 0;
+    buffer_.Reset();
 }
 
 template <class Algorithm>
-void BlockStream<Algorithm>::Compress(const std::uint8_t* blocks, std::size_t count) {
+void BlockStream<Algorithm>::CompressAlone(const std::uint8_t* blocks, std::size_t count) {
     Algorithm::Compress(state_, blocks, count);
     blocks_ += count;
 }
 
-// Completes the block in the buffer, as far as the bytes go.
 template <class Algorithm>
-std::size_t BlockStream<Algorithm>::Head(const std::uint8_t* bytes, std::size_t count) {
-    if (fill_ == 0)
-        return 0;
-    const std::size_t taken = std::min(count, blockSize - fill_);
-    std::copy_n(bytes, taken, buffer_ + fill_);
-    fill_ += taken;
-    if (fill_ == blockSize) {
-        Compress(buffer_, 1);
-        fill_ = 0;
-    }
-    return taken;
-}
-
-// Keeps less than a block. Nothing comes behind a head that took everything.
-template <class Algorithm>
-void BlockStream<Algorithm>::Tail(const std::uint8_t* bytes, std::size_t count) {
-    std::copy_n(bytes, count, buffer_ + fill_);
-    fill_ += count;
-}
-
-template <class Algorithm>
-void BlockStream<Algorithm>::Update(const std::uint8_t* bytes, std::size_t count) {
-    const std::size_t head = Head(bytes, count);
-    const std::size_t whole = WholeBlocks(count - head);
-    if (whole != 0)
-        Compress(bytes + head, whole);
-    const std::size_t tail = head + whole * blockSize;
-    Tail(bytes + tail, count - tail);
-}
-
-template <class Algorithm>
-void BlockStream<Algorithm>::FillWithZeros(std::size_t end) {
-    std::memset(buffer_ + fill_, 0, end - fill_);
-    fill_ = end;
+void BlockStream<Algorithm>::CompressBuffer() {
+    buffer_.Reset();
+    CompressAlone(buffer_.Bytes(), 1);
 }
 
 // The length in bits, as one number of lengthSize bytes.
 template <class Algorithm>
 void BlockStream<Algorithm>::StoreLength(std::uint64_t blocks, std::size_t fill) {
+    std::uint8_t* const end = buffer_.Bytes() + blockSize;
     constexpr int blockBits = std::countr_zero(blockSize * 8);
     static_assert(std::has_single_bit(blockSize));
     const std::uint64_t low = (blocks * blockSize + fill) * 8;
     if constexpr (Algorithm::order == std::endian::little) {
-        kernels::StoreLittle(buffer_ + blockSize - 8, low);
+        kernels::StoreLittle(end - 8, low);
     } else {
-        kernels::StoreBig(buffer_ + blockSize - 8, low);
+        kernels::StoreBig(end - 8, low);
         if constexpr (Algorithm::lengthSize >= 16)
-            kernels::StoreBig(buffer_ + blockSize - 16, blocks >> (64 - blockBits));
+            kernels::StoreBig(end - 16, blocks >> (64 - blockBits));
     }
 }
 
-// Ends a message of so many blocks and bytes behind them.
 template <class Algorithm>
-void BlockStream<Algorithm>::Pad(std::uint64_t blocks, std::size_t fill) {
-    buffer_[fill_++] = Algorithm::padding;
-    if (fill_ > blockSize - Algorithm::lengthSize) {
-        FillWithZeros(blockSize);
-        Compress(buffer_, 1);
-        fill_ = 0;
+void BlockStream<Algorithm>::Pad(std::uint64_t blocks, std::size_t fill, std::uint8_t padding) {
+    buffer_.Update(*this, &padding, 1);
+    if (buffer_.Fill() > blockSize - Algorithm::lengthSize) {
+        buffer_.ZeroRest();
+        CompressBuffer();
     }
-    FillWithZeros(blockSize);
+    buffer_.ZeroRest();
     StoreLength(blocks, fill);
-    Compress(buffer_, 1);
-    fill_ = 0;
+    CompressBuffer();
 }
 
 template <class Algorithm>
@@ -172,7 +142,7 @@ void BlockStream<Algorithm>::StoreDigest(std::uint8_t* digest) const {
 
 template <class Algorithm>
 void BlockStream<Algorithm>::Finish(std::uint8_t* digest) {
-    Pad(blocks_, fill_);
+    Pad(blocks_, buffer_.Fill());
     StoreDigest(digest);
 }
 

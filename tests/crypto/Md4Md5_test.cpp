@@ -57,14 +57,6 @@ class Md4Md5 : public testing::Test {
 
 TYPED_TEST_SUITE(Md4Md5, Functions, helpers::FamilyNames);
 
-// One byte of padding, 64 bytes of padding, and a block of padding alone.
-TYPED_TEST(Md4Md5, PaddingHasBothItsLengths) {
-    for (const std::size_t length : {55u, 56u, 64u, 119u, 120u}) {
-        const Bytes message = helpers::PseudoRandomBytes(length, 4);
-        EXPECT_EQ(this->Text(message), this->Expected(message)) << length << " bytes";
-    }
-}
-
 // The incremental members are public; whatever was left in them, the next file starts afresh.
 TYPED_TEST(Md4Md5, LeftoversOfIncrementalCallsDoNotReachTheNextFile) {
     const Bytes bytes = helpers::PseudoRandomBytes(100, 3);

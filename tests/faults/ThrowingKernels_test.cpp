@@ -90,7 +90,7 @@ TEST(ThrowingKernels, Blake2ReportsAndGoesOn) {
     ExpectReport(source, 176, "bool __cdecl CCrypto_Blake2::Blake2_Final(unsigned char *,unsigned char)");
 }
 
-// Transform's own site catches, wherever the block comes from, and the member above goes on. The first block passes
+// Transform's own site catches, wherever the block comes from, and the member above goes on. The block that waits passes
 // through the buffer, the others are one run.
 template <class Engine>
 void ExpectBlockReports(const std::string& name) {
@@ -99,6 +99,8 @@ void ExpectBlockReports(const std::string& name) {
     Engine engine(nullptr);
     engine.DoBlock(bytes, 64);
     ExpectReport(source.c_str(), 0, transform.c_str());
+    engine.DoBlock(bytes, 60);
+    EXPECT_TRUE(fakes::TakeFaultRecords().empty()) << "nothing to compress";
     engine.DoBlock(bytes, 236);
     const auto records = fakes::TakeFaultRecords();
     ASSERT_EQ(records.size(), 2u) << name;
@@ -113,6 +115,26 @@ void ExpectBlockReports(const std::string& name) {
 TEST(ThrowingKernels, Md4AndMd5ReportAndGoOn) {
     ExpectBlockReports<CCrypto_Md4>("CCrypto_Md4");
     ExpectBlockReports<CCrypto_Md5>("CCrypto_Md5");
+}
+
+// ResetContext zeroes the chaining value that a file begins with.
+template <class Engine>
+void ExpectResetToZero() {
+    const helpers::ScratchFiles files;
+    Engine engine(nullptr);
+    engine.GetFromFile(files.Write("file", "abc").c_str(), digest);
+    engine.Transform(bytes);
+    EXPECT_EQ(md4Md5State, (std::array<std::uint32_t, 4>{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476}));
+    engine.ResetContext();
+    engine.Transform(bytes);
+    EXPECT_EQ(md4Md5State, (std::array<std::uint32_t, 4>{}));
+    fakes::TakeFaultRecords();
+    digest[0] = 0x5a;
+}
+
+TEST(ThrowingKernels, Md4AndMd5AreResetToZero) {
+    ExpectResetToZero<CCrypto_Md4>();
+    ExpectResetToZero<CCrypto_Md5>();
 }
 
 // What results is the chaining value that the functions begin with.
@@ -161,11 +183,29 @@ TEST(ThrowingKernels, SkeinReportsAndGivesFalse) {
 
 TEST(ThrowingKernels, WhirlpoolReportsAndGoesOn) {
     constexpr const char* source = "crypto/CCrypto_Whirlpool.cpp";
-    CCrypto_Whirlpool engine(nullptr);
-    engine.AddDataBlock(bytes, sizeof bytes);
-    ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::AddDataBlock(const unsigned char *,int)");
-    engine.Finalize();
-    ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::Finalize(void)");
+    for (const int first : {0, 60}) { // whole blocks alone; one in the buffer
+        CCrypto_Whirlpool engine(nullptr);
+        engine.AddDataBlock(bytes, first);
+        engine.AddDataBlock(bytes, 200);
+        ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::AddDataBlock(const unsigned char *,int)");
+        engine.Finalize();
+        ExpectReport(source, 0, "void __cdecl CCrypto_Whirlpool::Finalize(void)");
+    }
+}
+
+// What comes behind a block that could not be compressed is written inside the buffer.
+TEST(ThrowingKernels, TigerReportsAndGoesOn) {
+    constexpr const char* source = "crypto/CCrypto_Tiger.cpp";
+    for (const std::uint64_t first : {0u, 60u}) {
+        CCrypto_Tiger engine(nullptr);
+        engine.Tiger_Initialize();
+        engine.Tiger_Transform(bytes, first);
+        engine.Tiger_Transform(bytes, 200);
+        ExpectReport(source, 0,
+                     "void __cdecl CCrypto_Tiger::Tiger_Transform(const unsigned char *,unsigned __int64)");
+        engine.Tiger_Finalize();
+        ExpectReport(source, 0, "void __cdecl CCrypto_Tiger::Tiger_Finalize(void)");
+    }
 }
 
 // Which members report, in their order, while a file is hashed with a salt before it and no memory for its bytes.
