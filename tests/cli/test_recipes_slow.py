@@ -7,8 +7,8 @@ import subprocess
 import time
 import unittest
 
-from launcher import PROGRAM, posix_only
-from test_recipes import RecipeCase
+from launcher import posix_only
+from test_recipes import FYRNSUM, RecipeCase
 
 SERVER = shutil.which("sshd", path="/usr/sbin:/usr/bin")
 
@@ -37,12 +37,12 @@ class SeveralMachines(RecipeCase):
         self.write_client()
 
     def start_server(self, name, port):
-        """A server whose sessions find a fyrn of their own, which notes that it was used."""
+        """A server whose sessions find a fyrnsum of their own, which notes that it was used."""
         tools = self.path(f".{name}")
         os.mkdir(tools)
-        with open(f"{tools}/fyrn", "w", encoding="utf-8") as script:
-            script.write(f'#!/bin/sh\necho run >> "{tools}/used"\nexec "{PROGRAM}" "$@"\n')
-        os.chmod(f"{tools}/fyrn", 0o755)
+        with open(f"{tools}/fyrnsum", "w", encoding="utf-8") as script:
+            script.write(f'#!/bin/sh\necho run >> "{tools}/used"\nexec "{FYRNSUM}" "$@"\n')
+        os.chmod(f"{tools}/fyrnsum", 0o755)
         options = (f"Port={port}", "ListenAddress=127.0.0.1", f"HostKey={self.keys}/host", "StrictModes=no",
                    f"AuthorizedKeysFile={self.keys}/authorized", "PidFile=none", "UsePAM=no", "PermitRootLogin=yes",
                    "PasswordAuthentication=no", f"SetEnv=PATH={tools}:/usr/bin:/bin")
