@@ -108,7 +108,8 @@ Found ReadByLibrary(const sum::Tool& tool, std::vector<std::string> arguments) {
 void CheckOptions(const sum::Options& options) {
     fuzz::Require(!options.functions.empty(), "there is a function");
     for (const sum::FunctionChoice& choice : options.functions)
-        fuzz::Require(choice.digestSize > 0 && !choice.tag.empty() && !choice.name.empty(), "a function is whole");
+        fuzz::Require(choice.digestSize > 0 && !choice.tag.empty() && !choice.name.empty(),
+                      "a function is whole");
     fuzz::Require(options.jobs > 0, "there is a job");
     fuzz::Require(options.namesFrom || !options.operands.empty(), "there is something to read");
     fuzz::Require(!options.namesFrom || !options.namesGiven, "names come from one place");

@@ -9,12 +9,8 @@ namespace {
 using Message = std::span<const std::uint8_t>;
 
 constexpr std::uint64_t prime32[] = {0, 0x9e3779b1, 0x85ebca77, 0xc2b2ae3d, 0x27d4eb2f, 0x165667b1};
-constexpr std::uint64_t prime64[] = {0,
-                                     0x9e3779b185ebca87,
-                                     0xc2b2ae3d27d4eb4f,
-                                     0x165667b19e3779f9,
-                                     0x85ebca77c2b2ae63,
-                                     0x27d4eb2f165667c5};
+constexpr std::uint64_t prime64[] = {
+    0, 0x9e3779b185ebca87, 0xc2b2ae3d27d4eb4f, 0x165667b19e3779f9, 0x85ebca77c2b2ae63, 0x27d4eb2f165667c5};
 constexpr std::uint64_t mixer1 = 0x165667919e3779f9;
 constexpr std::uint64_t mixer2 = 0x9fb21c651e98df25;
 
@@ -120,14 +116,16 @@ struct Accumulators {
 
     std::uint64_t Merge(std::size_t secret, std::uint64_t start) const {
         for (std::size_t i = 0; i < 4; ++i)
-            start += Fold(lanes[2 * i] ^ Secret(secret + 16 * i), lanes[2 * i + 1] ^ Secret(secret + 16 * i + 8));
+            start +=
+                Fold(lanes[2 * i] ^ Secret(secret + 16 * i), lanes[2 * i + 1] ^ Secret(secret + 16 * i + 8));
         return Avalanche3(start);
     }
 };
 
 std::uint64_t Combined1To3(Message message) {
     const std::size_t size = message.size();
-    return std::uint64_t{message[0]} << 16 | std::uint64_t{message[size / 2]} << 24 | message[size - 1] | size << 8;
+    return std::uint64_t{message[0]} << 16 | std::uint64_t{message[size / 2]} << 24 | message[size - 1] |
+           size << 8;
 }
 
 std::uint64_t Xxh3UpTo16(Message message) {
@@ -235,7 +233,8 @@ helpers::Bytes Xxh32(Message message) {
                 const auto word = static_cast<Word>(Read(message, at + 4 * i, 4));
                 lanes[i] = std::rotl(lanes[i] + word * prime(2), 13) * prime(1);
             }
-        hash = std::rotl(lanes[0], 1) + std::rotl(lanes[1], 7) + std::rotl(lanes[2], 12) + std::rotl(lanes[3], 18);
+        hash = std::rotl(lanes[0], 1) + std::rotl(lanes[1], 7) + std::rotl(lanes[2], 12) +
+               std::rotl(lanes[3], 18);
     }
     hash += static_cast<Word>(message.size());
     for (; at + 4 <= message.size(); at += 4)
@@ -258,7 +257,8 @@ helpers::Bytes Xxh64(Message message) {
         for (; at + 32 <= message.size(); at += 32)
             for (std::size_t i = 0; i < 4; ++i)
                 lanes[i] = round(lanes[i], Read(message, at + 8 * i, 8));
-        hash = std::rotl(lanes[0], 1) + std::rotl(lanes[1], 7) + std::rotl(lanes[2], 12) + std::rotl(lanes[3], 18);
+        hash = std::rotl(lanes[0], 1) + std::rotl(lanes[1], 7) + std::rotl(lanes[2], 12) +
+               std::rotl(lanes[3], 18);
         for (const std::uint64_t lane : lanes)
             hash = (hash ^ round(0, lane)) * prime64[1] + prime64[4];
     }
