@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hash/Blake2bStream.h"
 
-#include "hash/KernelName.h"
 #include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +9,8 @@
 namespace fyrn::hash {
 
 // The parameter block for sequential hashing: digest length, key length 0, fanout 1, depth 1; the rest is 0.
-void Blake2bStream::Reset() {
+void Blake2bStream::Begin(std::size_t digestSize) {
+    digestSize_ = digestSize;
     state_ = {};
     std::copy(std::begin(kernels::blake2bInitialValues), std::end(kernels::blake2bInitialValues),
               state_.chain);
@@ -35,10 +34,6 @@ void Blake2bStream::Finish(std::uint8_t* digest) {
     std::uint8_t value[maxDigestSize];
     FinishWhole(value);
     std::copy_n(value, digestSize_, digest);
-}
-
-const char* Blake2bStream::Kernel() {
-    return KernelName(kernels::KernelCandidates().blake2b, kernels::Kernels().blake2b);
 }
 
 } // namespace fyrn::hash

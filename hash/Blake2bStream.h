@@ -2,7 +2,8 @@
 #pragma once
 
 #include "hash/BlockBuffer.h"
-#include "hash/kernels/Blake2b.h"
+#include "hash/KernelName.h"
+#include "hash/kernels/KernelSelect.h"
 #include "hash/kernels/LaneSelect.h"
 
 #include <cstddef>
@@ -15,10 +16,11 @@ class Blake2bStream {
   public:
     static constexpr std::size_t blockSize = 128, maxDigestSize = 64; // bytes
 
-    explicit Blake2bStream(std::size_t digestSize) : digestSize_(digestSize) { Reset(); }
+    explicit Blake2bStream(std::size_t digestSize) { Begin(digestSize); }
 
-    // Begins a message.
-    void Reset();
+    // Begins a message, with a digest of another length or of the same.
+    void Begin(std::size_t digestSize);
+    void Reset() { Begin(digestSize_); }
 
     // Takes in bytes of the message. A block is compressed only when more follows it.
     void Update(const std::uint8_t* bytes, std::size_t count) { buffer_.Update(*this, bytes, count); }
@@ -32,7 +34,9 @@ class Blake2bStream {
     std::size_t DigestSize() const { return digestSize_; }
     bool IsFinished() const { return state_.flags[0] != 0; }
 
-    static const char* Kernel();
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().blake2b, kernels::Kernels().blake2b);
+    }
 
     // Update in steps (LaneScheduler.h).
     using LaneState = kernels::Blake2bState;

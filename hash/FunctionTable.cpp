@@ -72,12 +72,12 @@ constexpr fyrn_function Md6Row(const char* name) {
 constexpr auto keccak = KeccakStream::keccak;
 constexpr auto sha3 = KeccakStream::sha3;
 
-using Crc16Usb = CrcStream<std::uint16_t, 0xa001>;
-using Crc32 = CrcStream<std::uint32_t, 0xedb88320>;
-using Crc32c = CrcStream<std::uint32_t, 0x82f63b78>;
-using Crc64Iso = CrcStream<std::uint64_t, 0xd800000000000000>;
-using Crc64Nvme = CrcStream<std::uint64_t, 0x9a6c9329ac4bc9b5>;
-using Crc64Xz = CrcStream<std::uint64_t, 0xc96c5795d7870f42>;
+using Crc16Usb = CatalogueCrcStream<std::uint16_t, 0xa001>;
+using Crc32 = CatalogueCrcStream<std::uint32_t, 0xedb88320>;
+using Crc32c = CatalogueCrcStream<std::uint32_t, 0x82f63b78>;
+using Crc64Iso = CatalogueCrcStream<std::uint64_t, 0xd800000000000000>;
+using Crc64Nvme = CatalogueCrcStream<std::uint64_t, 0x9a6c9329ac4bc9b5>;
+using Crc64Xz = CatalogueCrcStream<std::uint64_t, 0xc96c5795d7870f42>;
 
 constexpr fyrn_function functions[] = {
     Blake2bRow(128, "BLAKE2-128", "BLAKE2b-128", ""),

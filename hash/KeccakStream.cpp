@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hash/KeccakStream.h"
 
-#include "hash/KernelName.h"
 #include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
 
 #include <algorithm>
 #include <iterator>
@@ -33,10 +31,11 @@ void KeccakStream::Pad() {
 }
 
 void KeccakStream::Output(std::uint8_t* bytes, std::size_t count) const {
-    std::uint8_t block[stateSize];
-    for (std::size_t i = 0; i < std::size(state_); ++i)
-        kernels::StoreLittle(block + 8 * i, state_[i]);
-    std::copy_n(block, count, bytes);
+    std::size_t at = 0;
+    for (; at + 8 <= count; at += 8)
+        kernels::StoreLittle(bytes + at, state_[at / 8]);
+    for (; at < count; ++at)
+        bytes[at] = static_cast<std::uint8_t>(state_[at / 8] >> 8 * (at % 8));
 }
 
 void KeccakStream::Permute() {
@@ -51,10 +50,6 @@ void KeccakStream::Finish(std::uint8_t* digest) {
         Permute();
     }
     Output(digest, left);
-}
-
-const char* KeccakStream::Kernel() {
-    return KernelName(kernels::KernelCandidates().keccak, kernels::Kernels().keccak);
 }
 
 } // namespace fyrn::hash

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "hash/BlockBuffer.h"
+#include "hash/KernelName.h"
+#include "hash/kernels/KernelSelect.h"
 #include "hash/kernels/LaneSelect.h"
 
 #include <cstddef>
@@ -37,7 +39,9 @@ class KeccakStream {
     void Output(std::uint8_t* bytes, std::size_t count) const;
     void Permute();
 
-    static const char* Kernel();
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().keccak, kernels::Kernels().keccak);
+    }
 
     // Update in steps (LaneScheduler.h).
     using LaneState = std::uint64_t;

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hash/Md6Tree.h"
 
-#include "hash/KernelName.h"
+#include "hash/Md6Compression.h"
 #include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,7 +10,7 @@
 namespace fyrn::hash {
 namespace {
 
-constexpr std::uint64_t modeParameter = 64; // L, above the height of any tree: there is no sequential level
+constexpr int modeParameter = 64; // L, above the height of any tree: there is no sequential level
 
 // The first 960 bits of the fractional part of the square root of 6.
 constexpr std::uint64_t constantQ[15] = {
@@ -20,17 +19,13 @@ constexpr std::uint64_t constantQ[15] = {
     0x8af8671d3fb50c2c, 0x995ad1178bd25c31, 0xc878c1dd04c4b633, 0x3b72066c7a1552ac, 0x0d6f3522631effcb,
 };
 
-// The word U: which node of the tree it is.
-std::uint64_t NodeId(int ell, std::uint64_t index) {
-    return (static_cast<std::uint64_t>(ell) << 56) + index;
-}
-
 } // namespace
 
 // The key's words are big-endian and zero-padded.
-Md6Tree::Md6Tree(unsigned int digestBits, const std::uint8_t* key, std::size_t keySize)
-    : digestBits_(digestBits), keySize_(static_cast<unsigned int>(keySize)),
-      rounds_(static_cast<int>(40 + digestBits / 4)) {
+void Md6Tree::Begin(unsigned int digestBits, const std::uint8_t* key, std::size_t keySize) {
+    digestBits_ = digestBits;
+    keySize_ = static_cast<unsigned int>(keySize);
+    rounds_ = static_cast<int>(40 + digestBits / 4);
     std::uint8_t bytes[maxKeySize] = {};
     if (keySize != 0) {
         std::memcpy(bytes, key, keySize);
@@ -56,7 +51,7 @@ void Md6Tree::UpdateBits(const std::uint8_t* bytes, std::uint64_t bitCount) {
             PassOn(1, bytes + position / 8, Md6Level::maxNodes, 0);
             position += Md6Level::capacity;
         } else if (level.Room() == 0) {
-            Flush(1);
+            Flush(1, level.Nodes());
         } else {
             const auto taken = static_cast<std::uint32_t>(std::min<std::uint64_t>(rest, level.Room()));
             level.Append(bytes, position, taken);
@@ -65,22 +60,19 @@ void Md6Tree::UpdateBits(const std::uint8_t* bytes, std::uint64_t bitCount) {
     }
 }
 
-// The word V: the parameters of the hash and of the node.
-std::uint64_t Md6Tree::Control(bool isRoot, std::uint32_t padding) const {
-    return static_cast<std::uint64_t>(rounds_) << 48 | modeParameter << 40 | std::uint64_t{isRoot} << 36 |
-           std::uint64_t{padding} << 20 | std::uint64_t{keySize_} << 12 | digestBits_;
-}
-
 // Compresses neighbouring nodes of a level, the last of them padded.
 void Md6Tree::Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes, std::uint32_t count,
                        bool isRoot, std::uint32_t padding) {
     std::uint64_t prefix[kernels::md6PrefixWords];
     std::copy_n(key_, 8, std::copy_n(constantQ, 15, prefix));
+    const Md6Control control = {rounds_, modeParameter, isRoot, 0, keySize_, digestBits_};
+    Md6Control lastControl = control;
+    lastControl.padding = padding;
     kernels::Kernels().md6(values, nodes, count,
                            {.prefix = prefix,
-                            .firstId = NodeId(ell, levels_[ell].NextIndex()),
-                            .control = Control(isRoot, 0),
-                            .lastControl = Control(isRoot, padding),
+                            .firstId = Md6NodeId(ell, levels_[ell].NextIndex()),
+                            .control = control.Word(),
+                            .lastControl = lastControl.Word(),
                             .rounds = rounds_});
 }
 
@@ -97,7 +89,7 @@ void Md6Tree::Append(int ell, const std::uint8_t* values, std::uint32_t count) {
     top_ = std::max(top_, ell);
     while (count != 0) {
         if (level.Room() == 0)
-            Flush(ell);
+            Flush(ell, level.Nodes());
         const std::uint32_t taken = std::min(count, level.Room() / valueBits);
         level.Append(values, 0, taken * valueBits);
         values += taken * valueSize;
@@ -105,11 +97,10 @@ void Md6Tree::Append(int ell, const std::uint8_t* values, std::uint32_t count) {
     }
 }
 
-// Passes on all nodes that wait on a level.
-void Md6Tree::Flush(int ell) {
+// Passes on the first nodes that wait on a level; the last one that waits is padded.
+void Md6Tree::Flush(int ell, std::uint32_t count) {
     Md6Level& level = levels_[ell];
-    const std::uint32_t count = level.Nodes();
-    const std::uint32_t padding = level.Padding();
+    const std::uint32_t padding = count == level.Nodes() ? level.Padding() : 0;
     PassOn(ell, level.PaddedData(), count, padding);
     level.DropNodes(count);
 }
@@ -117,12 +108,17 @@ void Md6Tree::Flush(int ell) {
 // Goes up from the lowest level with data. What waits on a level is the root's alone if it is a single node and no level
 // is above; else all of it is passed on. Above level 1 no root is made of a single chaining value: a level comes into
 // being when the one below has more than one node.
-void Md6Tree::Finish(std::uint8_t* digest) {
+int Md6Tree::FlushBelowRoot() {
     int ell = 1;
     while (ell < top_ && levels_[ell].Bits() == 0)
         ++ell;
-    for (; ell < top_ || levels_[ell].Nodes() > 1; ++ell)
-        Flush(ell);
+    for (; ell < highestLevel && (ell < top_ || levels_[ell].Nodes() > 1); ++ell)
+        Flush(ell, levels_[ell].Nodes());
+    return ell;
+}
+
+void Md6Tree::Finish(std::uint8_t* digest) {
+    const int ell = FlushBelowRoot();
     std::uint8_t root[valueSize];
     Compress(root, ell, levels_[ell].PaddedData(), 1, true, levels_[ell].Padding());
     CopyDigest(digest, root);
@@ -138,10 +134,6 @@ void Md6Tree::CopyDigest(std::uint8_t* digest, const std::uint8_t* root) const {
         digest[i] =
             static_cast<std::uint8_t>((static_cast<unsigned int>(bytes[i]) << 8 | next) << shift >> 8);
     }
-}
-
-const char* Md6Tree::Kernel() {
-    return KernelName(kernels::KernelCandidates().md6, kernels::Kernels().md6);
 }
 
 } // namespace fyrn::hash

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "hash/KernelName.h"
 #include "hash/Md6Level.h"
+#include "hash/kernels/KernelSelect.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,9 +22,12 @@ class Md6Tree {
     static constexpr std::size_t blockSize = Md6Level::nodeBytes;
 
     // A digest of 1 to maxDigestBits bits, with a key of up to maxKeySize bytes, which is not kept.
-    explicit Md6Tree(unsigned int digestBits, const std::uint8_t* key = nullptr, std::size_t keySize = 0);
+    explicit Md6Tree(unsigned int digestBits, const std::uint8_t* key = nullptr, std::size_t keySize = 0) {
+        Begin(digestBits, key, keySize);
+    }
 
-    // Begins a message.
+    // Begins a message, with other parameters or with the same.
+    void Begin(unsigned int digestBits, const std::uint8_t* key, std::size_t keySize);
     void Reset();
 
     // Take in message bytes, or bits, the most significant one of a byte first.
@@ -32,29 +37,41 @@ class Md6Tree {
     // Finishes the tree and writes the digest of (digestBits + 7) / 8 bytes. Reset begins the next message.
     void Finish(std::uint8_t* digest);
 
-    static const char* Kernel();
+    static const char* Kernel() {
+        return KernelName(kernels::KernelCandidates().md6, kernels::Kernels().md6);
+    }
 
-  private:
-    static constexpr int levelCount = 29;         // more than 2^64 bits fill; levels count from 1
+  protected:
+    static constexpr int highestLevel = 28;       // more than 2^64 bits fill; levels count from 1
     static constexpr std::size_t valueSize = 128; // bytes of a chaining value
     static constexpr std::uint32_t valueBits = 8 * valueSize;
 
-    std::uint64_t Control(bool isRoot, std::uint32_t padding) const;
+    // Compresses `count` neighbouring nodes of a level, of which the last ends in `padding` bits of it.
     void Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes, std::uint32_t count, bool isRoot,
                   std::uint32_t padding);
-    void PassOn(int ell, const std::uint8_t* nodes, std::uint32_t count, std::uint32_t padding);
+
+    // Appends chaining values to a level.
     void Append(int ell, const std::uint8_t* values, std::uint32_t count);
-    void Flush(int ell);
+
+    // Compresses the first nodes that wait on a level, below the highest, and passes their values on to the next.
+    void Flush(int ell, std::uint32_t count);
+
+    // Flushes all levels that have another one above them at the end of the message. Returns the root's level.
+    int FlushBelowRoot();
+
+    // Cuts the digest from the root's value.
     void CopyDigest(std::uint8_t* digest, const std::uint8_t* root) const;
+
+    Md6Level levels_[highestLevel + 1];
+    int top_; // the highest level in use
+
+  private:
+    void PassOn(int ell, const std::uint8_t* nodes, std::uint32_t count, std::uint32_t padding);
 
     unsigned int digestBits_;
     unsigned int keySize_;
     int rounds_;
-    int top_; // the highest level in use
     std::uint64_t key_[8];
-
-  protected:
-    Md6Level levels_[levelCount];
 };
 
 } // namespace fyrn::hash
