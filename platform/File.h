@@ -15,6 +15,7 @@ struct InputFile {
     std::intptr_t native = -1; // descriptor or stream, by system
     bool ended = false;        // the end or a read error was met; nothing more is read
     std::int64_t left = -1;    // bytes to read by the size that was found at opening; below 0 when not known
+    bool isTimed = false;      // how long the next read takes is to be noted
 
     explicit operator bool() const { return native != -1; }
 };

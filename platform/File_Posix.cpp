@@ -6,13 +6,16 @@
 #include "platform/NativePath_Posix.h"
 #include "platform/OpenFiles_Posix.h"
 #include "platform/Process.h"
+#include "platform/ReadAhead.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
 #include <new>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -117,6 +120,14 @@ ssize_t ReadSome(int descriptor, unsigned char* buffer, std::size_t capacity) {
     return count;
 }
 
+ssize_t ReadTimed(int descriptor, unsigned char* buffer, std::size_t capacity) {
+    const auto begin = std::chrono::steady_clock::now();
+    const ssize_t count = ReadSome(descriptor, buffer, capacity);
+    if (count > 0)
+        readPace.Add(std::chrono::steady_clock::now() - begin, static_cast<std::size_t>(count));
+    return count;
+}
+
 int DescriptorOf(const InputFile& file) {
     return static_cast<int>(file.native);
 }
@@ -144,8 +155,10 @@ InputFile OpenForReading(const wchar_t* path) {
         return file;
     RememberOpenFile(descriptor, native, FileIdentity(status));
     file.native = descriptor;
-    if (S_ISREG(status.st_mode))
+    if (S_ISREG(status.st_mode)) {
         file.left = status.st_size;
+        file.isTimed = readPace.IsTimed();
+    }
     return file;
 }
 
@@ -154,7 +167,9 @@ InputFile OpenForReading(const wchar_t* path) {
 std::size_t ReadFully(InputFile& file, unsigned char* buffer, std::size_t capacity) {
     std::size_t total = 0;
     while (total < capacity && !file.ended) {
-        const ssize_t count = ReadSome(DescriptorOf(file), buffer + total, capacity - total);
+        const bool isTimed = std::exchange(file.isTimed, false);
+        const ssize_t count =
+            (isTimed ? ReadTimed : ReadSome)(DescriptorOf(file), buffer + total, capacity - total);
         if (count < 0)
             PinOpenFile(DescriptorOf(file)); // its digest is that of a part
         if (count > 0)

@@ -68,6 +68,20 @@ bool NameSnapshot::Take(std::string_view& name, std::uint8_t& tag) {
     name = NameEndingAt(entries_, entries_.size());
     tag = static_cast<std::uint8_t>(entries_.back());
     taken_ = name.size() + trailerLength;
+    if (lookedAt_ != 0)
+        --lookedAt_;
+    return true;
+}
+
+bool NameSnapshot::LookAhead(std::string_view& name, std::uint8_t& tag) {
+    if (lookedAt_ == 0)
+        lookEnd_ = entries_.size() - taken_;
+    if (lookEnd_ == 0)
+        return false;
+    name = NameEndingAt(entries_, lookEnd_);
+    tag = static_cast<std::uint8_t>(entries_[lookEnd_ - 1]);
+    lookEnd_ -= name.size() + trailerLength;
+    ++lookedAt_;
     return true;
 }
 

@@ -23,12 +23,21 @@ class NameSnapshot {
     // Takes the next name; false when there is none. The name is valid until the next call.
     bool Take(std::string_view& name, std::uint8_t& tag);
 
+    // Looks at the name behind those that were taken or looked at before; false when there is none. Valid until the
+    // next call of Take.
+    bool LookAhead(std::string_view& name, std::uint8_t& tag);
+
+    // How many names were looked at and are still to be taken.
+    std::size_t LookedAt() const { return lookedAt_; }
+
   private:
     void ReleaseTaken();
 
     std::string entries_;           // each: name, length of the name in two bytes, tag
     std::vector<std::size_t> ends_; // of the entries, until they are sorted
     std::size_t taken_ = 0;         // bytes at the end of entries_ that may go
+    std::size_t lookedAt_ = 0;
+    std::size_t lookEnd_ = 0; // where the entry to be looked at next ends, unless none was looked at
 };
 
 } // namespace platform

@@ -5,6 +5,7 @@
 
 #include "platform/NameSnapshot.h"
 #include "platform/NativePath_Posix.h"
+#include "platform/ReadAhead.h"
 #include "platform/Text.h"
 #include "platform/Wildcard.h"
 
@@ -71,18 +72,33 @@ void ReadNames(DIR* stream, const WildcardPattern& pattern, NameSnapshot& names)
     names.Sort();
 }
 
-// Looks at what a name leads to; false where it leads nowhere or to something special.
-bool LookAt(const Search& search, std::string_view name, bool& isDirectory) {
-    char path[PATH_MAX];
+// Writes where an entry is; false where no path can name it.
+bool PathOf(const Search& search, std::string_view name, char (&path)[PATH_MAX]) {
     if (search.directory.size() + name.size() >= sizeof path)
         return false;
     search.directory.copy(path, sizeof path);
     path[search.directory.size() + name.copy(path + search.directory.size(), name.size())] = '\0';
+    return true;
+}
+
+// Looks at what a name leads to; false where it leads nowhere or to something special.
+bool LookAt(const Search& search, std::string_view name, bool& isDirectory) {
+    char path[PATH_MAX];
     struct stat status;
-    if (stat(path, &status) != 0 || IsSpecial(status.st_mode))
+    if (!PathOf(search, name, path) || stat(path, &status) != 0 || IsSpecial(status.st_mode))
         return false;
     isDirectory = S_ISDIR(status.st_mode);
     return true;
+}
+
+// Announces the files that come next, where that pays.
+void AnnounceNext(Search& search) {
+    std::string_view name;
+    std::uint8_t kind;
+    char path[PATH_MAX];
+    while (search.names.LookedAt() < filesAhead && readPace.TakeFile() && search.names.LookAhead(name, kind))
+        if (kind == regularFile && PathOf(search, name, path))
+            Announce(path);
 }
 
 bool Deliver(Search& search, FoundEntry& entry) {
@@ -155,6 +171,7 @@ bool SearchNext(SearchHandle search, FoundEntry& entry) {
     const auto found = searches.find(search);
     if (found == searches.end())
         return false;
+    AnnounceNext(found->second);
     if (Deliver(found->second, entry))
         return true;
     searches.erase(found);

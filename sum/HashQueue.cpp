@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sum/HashQueue.h"
 
+#include "platform/ReadAhead.h"
+
 #include <algorithm>
 #include <chrono>
 #include <system_error>
@@ -11,9 +13,15 @@ namespace sum {
 namespace {
 
 constexpr std::size_t maxEntries = 4096;       // that wait to be told
-constexpr std::size_t enoughForOneThread = 32; // files that wait, so that no lane is ever empty
+constexpr std::size_t enoughForOneThread = 80; // files that wait, so that no lane is ever empty
 constexpr unsigned maxThreads = 256;
 constexpr std::chrono::milliseconds betweenLooks{100};
+
+void AnnounceAll(const std::vector<Name>& names) {
+    for (const Name& name : names)
+        if (name != "-")
+            platform::Announce(name.c_str());
+}
 
 } // namespace
 
@@ -25,6 +33,7 @@ HashQueue::~HashQueue() {
         const std::lock_guard lock(mutex_);
         stop_ = true;
         waiting_.clear();
+        announced_ = 0;
     }
     jobCame_.notify_all();
     for (std::thread& thread : threads_)
@@ -84,6 +93,7 @@ void HashQueue::StartThreads() {
 void HashQueue::Work(ManyFiles& files) {
     std::vector<HashJob*> taken;
     std::vector<HashJob*> done;
+    std::vector<Name> next;
     for (;;) {
         {
             std::unique_lock lock(mutex_);
@@ -91,8 +101,9 @@ void HashQueue::Work(ManyFiles& files) {
                 jobCame_.wait(lock, [this] { return stop_ || !waiting_.empty(); });
             if (stop_)
                 return;
-            TakeJobs(files, taken);
+            TakeJobs(files, taken, next);
         }
+        AnnounceAll(next);
         for (HashJob* const job : taken)
             files.Begin(*job, done);
         if (!files.IsIdle())
@@ -101,9 +112,11 @@ void HashQueue::Work(ManyFiles& files) {
     }
 }
 
-// Takes this thread's share of what waits: two files are better off in two threads than in two lanes.
-void HashQueue::TakeJobs(ManyFiles& files, std::vector<HashJob*>& taken) {
+// Takes this thread's share of what waits: two files are better off in two threads than in two lanes. Names the files
+// that come next, where they are to be announced.
+void HashQueue::TakeJobs(ManyFiles& files, std::vector<HashJob*>& taken, std::vector<Name>& next) {
     taken.clear();
+    next.clear();
     if (waiting_.empty())
         return;
     const std::size_t share = (waiting_.size() + jobs_ - 1) / jobs_;
@@ -111,7 +124,11 @@ void HashQueue::TakeJobs(ManyFiles& files, std::vector<HashJob*>& taken) {
     for (std::size_t i = 0; i < count; ++i) {
         taken.push_back(&waiting_.front()->job);
         waiting_.pop_front();
+        if (announced_ != 0)
+            --announced_;
     }
+    while (announced_ < std::min(waiting_.size(), platform::filesAhead) && platform::readPace.TakeFile())
+        next.push_back(waiting_[announced_++]->job.name);
 }
 
 void HashQueue::MarkDone(std::vector<HashJob*>& done) {
@@ -128,8 +145,10 @@ void HashQueue::MarkDone(std::vector<HashJob*>& done) {
 void HashQueue::HashHere(std::size_t waitingAllowed) {
     std::vector<HashJob*> taken;
     std::vector<HashJob*> done;
+    std::vector<Name> next;
     while (waiting_.size() > waitingAllowed || (waitingAllowed == 0 && !here_.IsIdle())) {
-        TakeJobs(here_, taken);
+        TakeJobs(here_, taken, next);
+        AnnounceAll(next);
         for (HashJob* const job : taken)
             here_.Begin(*job, done);
         here_.Step(done);

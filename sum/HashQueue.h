@@ -50,7 +50,7 @@ class HashQueue {
     void Append(std::unique_ptr<Entry> entry, bool isFile);
     void StartThreads();
     void Work(ManyFiles& files);
-    void TakeJobs(ManyFiles& files, std::vector<HashJob*>& taken);
+    void TakeJobs(ManyFiles& files, std::vector<HashJob*>& taken, std::vector<Name>& next);
     void MarkDone(std::vector<HashJob*>& done);
     void HashHere(std::size_t waitingAllowed);
     void TellReady(std::unique_lock<std::mutex>& lock);
@@ -66,6 +66,7 @@ class HashQueue {
     std::condition_variable jobDone_;
     std::deque<std::unique_ptr<Entry>> entries_; // in order; the front is told next
     std::deque<Entry*> waiting_;                 // files that nobody has begun
+    std::size_t announced_ = 0;                  // of these, from the front, that the system was told of
     bool stop_ = false;
 
     std::atomic<std::uint64_t> bytesRead_{0};

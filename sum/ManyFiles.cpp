@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "sum/ManyFiles.h"
 
+#include "platform/ReadAhead.h"
+
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <new>
 #include <utility>
 
@@ -51,6 +54,7 @@ void ManyFiles::Start(Slot& slot, HashJob& job) {
     }
     slot.fill = 0;
     slot.atEnd = false;
+    slot.isTimed = false;
     slot.job = &job;
     ++busy_;
 }
@@ -63,8 +67,10 @@ void ManyFiles::Begin(HashJob& job, std::vector<HashJob*>& done) {
         Slot& slot = FreeSlot();
         Start(slot, job);
         slot.file = std::move(file);
-        if (slot.file.Look(slot.left) == platform::ByteFile::Kind::regular)
+        if (slot.file.Look(slot.left) == platform::ByteFile::Kind::regular) {
+            slot.isTimed = platform::readPace.IsTimed();
             return;
+        }
         while (slot.job != nullptr) {
             Read(slot);
             HashPieces();
@@ -91,12 +97,26 @@ void ManyFiles::Step(std::vector<HashJob*>& done) {
     }
 }
 
+// One read of the system, behind what the buffer holds.
+std::ptrdiff_t ManyFiles::ReadSome(Slot& slot) {
+    const auto read = [&slot] {
+        return slot.file.Read(slot.buffer.Data() + slot.fill, slot.buffer.Size() - slot.fill,
+                              slot.job->result.error);
+    };
+    if (!std::exchange(slot.isTimed, false))
+        return read();
+    const auto begin = std::chrono::steady_clock::now();
+    const std::ptrdiff_t count = read();
+    if (count > 0)
+        platform::readPace.Add(std::chrono::steady_clock::now() - begin, static_cast<std::size_t>(count));
+    return count;
+}
+
 // Fills the buffer, unless the file ends before. A file that gave all the bytes that its size promised is not asked for
 // its end: most files are small, and that would be a fifth of the work on them.
 void ManyFiles::Read(Slot& slot) {
     while (slot.fill < slot.buffer.Size() && !slot.atEnd) {
-        const std::ptrdiff_t count = slot.file.Read(slot.buffer.Data() + slot.fill,
-                                                    slot.buffer.Size() - slot.fill, slot.job->result.error);
+        const std::ptrdiff_t count = ReadSome(slot);
         if (count <= 0) {
             slot.atEnd = true;
             return;

@@ -53,11 +53,13 @@ class ManyFiles {
         std::size_t fill = 0;
         std::int64_t left = 0; // bytes of the file that its size promised; -1: not known
         bool atEnd = false;
+        bool isTimed = false; // how long the next read takes is to be noted
     };
 
     Slot& FreeSlot();
     void Start(Slot& slot, HashJob& job);
     void Read(Slot& slot);
+    std::ptrdiff_t ReadSome(Slot& slot);
     void HashPieces();
     void Finish(Slot& slot, std::vector<HashJob*>& done);
     void FailAll(int error, std::vector<HashJob*>& done);

@@ -44,6 +44,38 @@ TEST(NameSnapshot, TagsStayWithTheirNames) {
     EXPECT_FALSE(snapshot.Take(name, tag));
 }
 
+TEST(NameSnapshot, NamesAheadAreLookedAtOnceAndStillTaken) {
+    NameSnapshot snapshot;
+    for (const char* const name : {"e", "d", "c", "b", "a"})
+        snapshot.Add(name, 0);
+    snapshot.Sort();
+    std::string seen;
+    std::string_view name;
+    std::uint8_t tag;
+    const auto take = [&] {
+        ASSERT_TRUE(snapshot.Take(name, tag));
+        seen += name;
+    };
+    const auto look = [&] {
+        ASSERT_TRUE(snapshot.LookAhead(name, tag));
+        seen += std::string(1, static_cast<char>(name[0] - 'a' + 'A'));
+    };
+    take();
+    look();
+    look();
+    EXPECT_EQ(snapshot.LookedAt(), 2u);
+    take();
+    look();
+    take();
+    take();
+    EXPECT_EQ(snapshot.LookedAt(), 0u);
+    look();
+    EXPECT_FALSE(snapshot.LookAhead(name, tag));
+    take();
+    EXPECT_FALSE(snapshot.Take(name, tag));
+    EXPECT_EQ(seen, "aBCbDcdEe");
+}
+
 TEST(NameSnapshot, NamesOfEveryLengthAreKept) {
     NameSnapshot snapshot;
     std::vector<std::string> names;
