@@ -3,8 +3,6 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 #include "support/StringHelper.h"
 
@@ -14,22 +12,8 @@
 namespace {
 
 constexpr std::size_t readBufferSize = 1'048'576;
-constexpr std::size_t blockSize = 128;
 constexpr unsigned char maxDigestLength = 64;
 constexpr std::uint32_t textCapacity = 1024; // whatever the caller states
-constexpr std::uint64_t allOnes = ~std::uint64_t{0};
-
-// The parameter block of RFC 7693 for sequential hashing: digest length, key length 0, fanout 1, depth 1;
-// everything behind them is 0.
-struct ParameterBlock {
-    unsigned char bytes[64] = {};
-
-    explicit ParameterBlock(unsigned char digestLength) {
-        bytes[0] = digestLength;
-        bytes[2] = 1;
-        bytes[3] = 1;
-    }
-};
 
 } // namespace
 
@@ -43,14 +27,7 @@ bool CCrypto_Blake2::Blake2_Initialize(unsigned char digestLength) {
     try {
         if (digestLength == 0 || digestLength > maxDigestLength)
             return false;
-        state_ = {};
-        std::memset(buffer_, 0, sizeof buffer_);
-        bufferedLength_ = 0;
-        digestLength_ = digestLength;
-        const ParameterBlock parameters(digestLength);
-        for (std::size_t i = 0; i < std::size(state_.chain); ++i)
-            state_.chain[i] = fyrn::kernels::blake2bInitialValues[i] ^
-                              fyrn::kernels::LoadLittle<std::uint64_t>(parameters.bytes + 8 * i);
+        stream_.Begin(digestLength);
         return true;
     }
     CATCH_SITE_AT(218, "bool __cdecl CCrypto_Blake2::Blake2_Initialize(unsigned char)")
@@ -59,42 +36,21 @@ bool CCrypto_Blake2::Blake2_Initialize(unsigned char digestLength) {
 
 void CCrypto_Blake2::Blake2_Update(const unsigned char* bytes, std::uint64_t count) {
     try {
-        if (count == 0)
-            return;
-        auto left = static_cast<std::size_t>(count);
-        if (bufferedLength_ + count > blockSize) {
-            const auto compress = fyrn::kernels::Kernels().blake2b;
-            const std::size_t room = blockSize - bufferedLength_;
-            std::memcpy(buffer_ + bufferedLength_, bytes, room);
-            compress(state_, buffer_, 1, blockSize);
-            bufferedLength_ = 0;
-
-            const std::size_t whole = (left - room - 1) / blockSize; // the last block stays back
-            compress(state_, bytes + room, whole, blockSize);
-            bytes += room + whole * blockSize;
-            left -= room + whole * blockSize;
-        }
-        std::memcpy(buffer_ + bufferedLength_, bytes, left);
-        bufferedLength_ += left;
+        stream_.Update(bytes, static_cast<std::size_t>(count));
     }
     CATCH_SITE_AT(373, "void __cdecl CCrypto_Blake2::Blake2_Update(const unsigned char *,unsigned __int64)")
 }
 
 bool CCrypto_Blake2::Blake2_Final(unsigned char* digest, unsigned char length) {
     try {
-        if (state_.flags[0] != 0)
+        if (stream_.IsFinished())
             return false;
-        state_.flags[0] = allOnes;
-        std::memset(buffer_ + bufferedLength_, 0, blockSize - bufferedLength_);
-        fyrn::kernels::Kernels().blake2b(state_, buffer_, 1, bufferedLength_);
-
         unsigned char local[maxDigestLength];
-        for (std::size_t i = 0; i < std::size(state_.chain); ++i)
-            fyrn::kernels::StoreLittle(local + 8 * i, state_.chain[i]);
+        stream_.FinishWhole(local);
         // A caller without room for the digest gets none of it: the guarded move then goes from the local
         // block onto itself and leaves only its warning.
-        unsigned char* const target = length < digestLength_ ? local : digest;
-        const std::size_t wanted = std::max<std::size_t>(length, digestLength_);
+        unsigned char* const target = length < stream_.DigestSize() ? local : digest;
+        const std::size_t wanted = std::max<std::size_t>(length, stream_.DigestSize());
         Safe_memmove(target, length, local, std::min(wanted, sizeof local), debugLog_);
         Blake2_SecureZeroMemory(local, sizeof local);
         return true;

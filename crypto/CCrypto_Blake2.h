@@ -2,7 +2,7 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "hash/kernels/Blake2b.h"
+#include "hash/Blake2bStream.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,12 +45,12 @@ class CCrypto_Blake2 {
                              unsigned char digestLength, const void* key, unsigned char keyLength);
 
   private:
-    friend class Blake2TestPeer;
+    // Before the first Blake2_Initialize the chaining value is zero and the digest has no bytes.
+    struct Stream : fyrn::hash::Blake2bStream {
+        Stream() : Blake2bStream(0) { state_ = {}; }
+    };
 
-    fyrn::kernels::Blake2bState state_{};
-    unsigned char buffer_[128] = {};
-    std::size_t bufferedLength_ = 0; // 0 to 128
-    std::uint32_t digestLength_ = 0;
+    Stream stream_;
     CCrypto_Salt salt_;
     std::wstring* debugLog_ = nullptr;
 };

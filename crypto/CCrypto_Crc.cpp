@@ -3,12 +3,8 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
+#include "hash/CrcStream.h"
 #include "support/ExceptionReporter.h"
-
-#include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -32,55 +28,36 @@ CCrypto_Crc::CCrypto_Crc(std::wstring*) {
                "std::char_traits<wchar_t>,class std::allocator<wchar_t> > *)")
 }
 
-template <class Word>
-void CCrypto_Crc::SetPolynomial(Parameters<Word>& parameters, Word polynomial, Word value) {
-    for (unsigned int i = 0; i < 256; ++i) {
-        Word c = static_cast<Word>(i);
-        for (int bit = 0; bit < 8; ++bit)
-            c = static_cast<Word>(c >> 1 ^ (-(c & 1) & polynomial));
-        parameters.table[i] = c;
-    }
-    parameters.polynomial = polynomial;
-    parameters.value = value;
-    parameters.kernelTablesReady = false;
-}
-
 void CCrypto_Crc::Crc16_SetPolynomial(std::uint16_t polynomial) {
-    SetPolynomial<std::uint16_t>(crc16_, polynomial, 0xffff);
+    crc16_.Set(polynomial, 0xffff);
 }
 
 void CCrypto_Crc::Crc32_SetPolynomial(std::uint32_t polynomial, std::uint32_t value) {
-    SetPolynomial(crc32_, polynomial, value);
+    crc32_.Set(polynomial, value);
 }
 
 void CCrypto_Crc::Crc64_SetPolynomial(std::uint64_t polynomial, std::uint64_t value) {
-    SetPolynomial(crc64_, polynomial, value);
+    crc64_.Set(polynomial, value);
 }
 
-// Most runs hash no file with this width, so the program's start does not wait for these tables.
 template <class Word>
-const fyrn::kernels::CrcTables& CCrypto_Crc::KernelTables(Parameters<Word>& parameters) {
-    fyrn::kernels::CrcTables& tables = parameters.kernelTables;
-    if (!parameters.kernelTablesReady) {
-        std::copy(std::begin(parameters.table), std::end(parameters.table), tables.slices[0]);
-        fyrn::kernels::Crc_CompleteTables(tables);
-        parameters.kernelTablesReady = true;
+const fyrn::kernels::CrcTables& CCrypto_Crc::Parameters<Word>::Tables() {
+    if (!tablesReady) {
+        fyrn::hash::MakeCrcTables(tables, polynomial);
+        tablesReady = true;
     }
     return tables;
 }
 
 template <class Word>
 bool CCrypto_Crc::HashFile(Parameters<Word>& parameters, const wchar_t* path, Word* crc) const {
-    std::uint64_t accumulator = 0;
-    return engine_frame::HashFile(
-        path, crc, readBufferSize, *this, [&] { accumulator = parameters.value; },
-        [&](const unsigned char* bytes, std::size_t count) {
-            accumulator = fyrn::kernels::Kernels().crc(KernelTables(parameters), accumulator, bytes, count);
-        },
-        [&] {
-            const Word result = static_cast<Word>(accumulator ^ parameters.value);
-            fyrn::kernels::StoreBig(reinterpret_cast<unsigned char*>(crc), result);
-        });
+    return engine_frame::WithOpenFile(path, crc, [&](platform::InputFile& file) {
+        fyrn::hash::CrcStream<Word> stream(parameters.Tables(), parameters.value);
+        engine_frame::FeedSaltAndFile(
+            file, engine_frame::MakeReadBuffer(readBufferSize), *this,
+            [&](const unsigned char* bytes, std::size_t count) { stream.Update(bytes, count); });
+        stream.Finish(reinterpret_cast<unsigned char*>(crc));
+    });
 }
 
 bool CCrypto_Crc::Crc16_GetFromFile(const wchar_t* path, std::uint16_t* crc) {

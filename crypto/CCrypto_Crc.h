@@ -36,17 +36,21 @@ class CCrypto_Crc : public CCrypto_Salt {
     // The configuration of one width. Hashing does not change the CRC that it describes.
     template <class Word>
     struct Parameters {
-        Word table[256];
         Word polynomial;
         Word value; // start and final value
-        bool kernelTablesReady;
-        fyrn::kernels::CrcTables kernelTables; // derived from the table when a file is first hashed
+        bool tablesReady;
+        fyrn::kernels::CrcTables tables;
+
+        void Set(Word newPolynomial, Word newValue) {
+            polynomial = newPolynomial;
+            value = newValue;
+            tablesReady = false;
+        }
+
+        // The tables of the polynomial. Most runs hash no file with this width, so they are made for the first one.
+        const fyrn::kernels::CrcTables& Tables();
     };
 
-    template <class Word>
-    static void SetPolynomial(Parameters<Word>& parameters, Word polynomial, Word value);
-    template <class Word>
-    static const fyrn::kernels::CrcTables& KernelTables(Parameters<Word>& parameters);
     template <class Word>
     bool HashFile(Parameters<Word>& parameters, const wchar_t* path, Word* crc) const;
 

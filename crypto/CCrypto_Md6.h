@@ -2,41 +2,15 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
-#include "hash/Md6Level.h"
+#include "crypto/Md6NodeTree.h"
 #include "platform/File.h"
 
 #include <cstdint>
 #include <string>
 
-using fyrn::hash::Md6Level;
-
-// What the members of CCrypto_Md6 return.
-enum Md6Result : int {
-    md6Success = 0,
-    md6Fault = 1, // an exception was caught and reported
-    md6BadDigestLength = 2,
-    md6LevelTooLow = 3,
-    md6LevelTooHigh = 4,
-    md6NullData = 5,
-    md6NullOutput = 6,
-    md6NullInput = 7,
-    md6NullConstant = 8,
-    md6NullKey = 9,
-    md6BadLevel = 10,
-    md6BadRounds = 11,
-    md6BadMode = 12,
-    md6BadPadding = 13,
-    md6BadKeyLength = 14,
-};
-
 // MD6 (Rivest et al., "The MD6 hash function", 2008) of a file, with the mode parameter L = 64: always the
 // full tree. Up to 64 bytes of the salt are the key, whatever the salt's placement, besides being hashed
 // like any salt: users' recorded digests depend on both.
-//
-// The tree's digest does not depend on the order in which its nodes are compressed, so every level collects
-// up to eight nodes and compresses them together, when a further one begins. Md6_Process and
-// Md6_CompressBlock, which look at single nodes, first bring the tree to the state of one that compresses
-// each node as soon as the data goes on behind it.
 class CCrypto_Md6 : public CCrypto_Salt {
   public:
     explicit CCrypto_Md6(std::wstring* pWstrDebugLog); // the log is not used
@@ -68,7 +42,7 @@ class CCrypto_Md6 : public CCrypto_Salt {
 
     // The digest after Md6_Final: (d + 7) / 8 bytes, zeros up to 128. After Md6_Process has compressed the
     // root, its 16 words as they lie in memory.
-    const unsigned char* HashValue() const { return hashValue_; }
+    const unsigned char* HashValue() const { return tree_.HashValue(); }
 
     // Writes the digest of salt and file, (d + 7) / 8 bytes. False when a pointer is null, d is above 512
     // or the file cannot be opened. True in all other cases, though d = 0 leaves the output as it was.
@@ -80,25 +54,7 @@ class CCrypto_Md6 : public CCrypto_Salt {
                              int ignored);
 
   private:
-    static constexpr int stackHeight = 29; // levels count from 1
-
-    void TakeKey();
-    int PassOn(int ell, const unsigned char* nodes, std::uint32_t count, std::uint32_t padding);
-    int AppendValues(int ell, const unsigned char* values, std::uint32_t count);
-    int Flush(int ell, std::uint32_t count);
-    int Settle();
-    int ProcessSettled(int ell, bool final);
-    int CompressSettled(std::uint64_t* C, int ell, bool z);
-    int FinishTree();
-    void StoreHashValueBig();
-    void TrimHashValue();
     int HashFile(platform::InputFile& file, unsigned short d);
 
-    unsigned short d_;
-    unsigned char hashValue_[128];
-    std::uint64_t key_[8];
-    int keyLength_;
-    int rounds_;
-    int top_; // the highest level in use
-    Md6Level levels_[stackHeight];
+    Md6NodeTree tree_;
 };

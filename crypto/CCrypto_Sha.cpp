@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/CCrypto_Sha.h"
 
-#include "crypto/CCrypto_Sha_Sponge.h"
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
+#include "hash/KeccakStream.h"
 #include "hash/kernels/KernelSelect.h"
 #include "support/ExceptionReporter.h"
 
 namespace {
 
+using fyrn::hash::KeccakStream;
+
 constexpr std::size_t readBufferSize = 1'000'000;
 constexpr std::size_t sha3ReadBufferSize =
     2'036'736; // a multiple of every rate: no piece but the last has a rest
-constexpr unsigned char keccakPadding = 0x01;
-constexpr unsigned char sha3Padding = 0x06;
 
 // A GetFromFile without departures.
 template <class Stream>
@@ -38,8 +38,29 @@ bool RenderDigest(char* text, Hash hash) {
 // length that does not exist.
 std::size_t RateOf(unsigned short bits) {
     const bool exists = bits == 224 || bits == 256 || bits == 384 || bits == 512;
-    return exists ? 200 - 2 * std::size_t{bits} / 8 : 0;
+    return exists ? KeccakStream::stateSize - 2 * std::size_t{bits} / 8 : 0;
 }
+
+// A sponge over messages that are padded one by one and follow each other in one state.
+//
+// A departure that digests with a salt depend on: the block buffer is cleared at the start, but not between messages.
+// Where an earlier message left a longer rest than this one, its bytes stand behind the padding byte and are absorbed
+// again.
+class SaltedSponge : public KeccakStream {
+  public:
+    SaltedSponge(std::size_t rate, std::uint8_t padding) : KeccakStream(rate, padding, 0) {
+        buffer_.ZeroRest();
+    }
+
+    // Takes in a whole message.
+    void AbsorbPadded(const unsigned char* bytes, std::size_t count) {
+        Update(bytes, count);
+        PadOverRest();
+    }
+
+    // Pads the message; the next piece starts another one.
+    void PadOverRest() { AbsorbLastBlock(); }
+};
 
 } // namespace
 
@@ -119,17 +140,16 @@ bool CCrypto_Sha::GetSha3_FromFile(const wchar_t* path, unsigned short bits, uns
         if (rate == 0)
             return false;
         return engine_frame::WithOpenFile(path, digest, [&](platform::InputFile& file) {
-            sha::PaddedSponge sponge(rate, isKeccak ? keccakPadding : sha3Padding);
+            SaltedSponge sponge(rate, isKeccak ? KeccakStream::keccak : KeccakStream::sha3);
             const auto absorb = [&](const unsigned char* bytes, std::size_t count) {
-                sponge.Absorb(bytes, count);
+                sponge.Update(bytes, count);
             };
             const auto absorbPadded = [&](const unsigned char* bytes, std::size_t count) {
-                sponge.Absorb(bytes, count);
-                sponge.Pad();
+                sponge.AbsorbPadded(bytes, count);
             };
             engine_frame::FeedSaltBefore(*this, absorbPadded);
             engine_frame::FeedFile(file, engine_frame::MakeReadBuffer(sha3ReadBufferSize), absorb);
-            sponge.Pad();
+            sponge.PadOverRest();
             engine_frame::FeedSaltAfter(*this, absorbPadded);
             sponge.Output(digest, bits / 8);
         });

@@ -1,102 +1,74 @@
 // SPDX-License-Identifier: MIT
 #include "crypto/CCrypto_Shake.h"
 
-#include "crypto/CCrypto_Sha_Sponge.h"
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
 #include "crypto/SecureWipe.h"
 #include "support/ExceptionReporter.h"
-#include "support/StringHelper.h"
 
 #include <algorithm>
-#include <cstring>
-#include <iterator>
 
 namespace {
 
 constexpr std::size_t readBufferSize = 1'000'000;
-constexpr unsigned char padding = 0x1f;
 constexpr std::uint32_t textCapacity = 1024;
-constexpr std::size_t stateSize = 200;
 constexpr std::uint64_t countLimit = std::uint64_t{1} << 31; // from here on the text's length needs 33 bits
 
 } // namespace
 
-CCrypto_Shake::CCrypto_Shake(std::wstring*) : sha_(nullptr) {}
-
-void CCrypto_Shake::FreeBlockBuffer() {
-    if (blockBuffer_ == nullptr)
-        return;
-    SecureWipe(blockBuffer_, rate_);
-    delete[] blockBuffer_;
-    blockBuffer_ = nullptr;
+void CCrypto_Shake::Sponge::Update(const unsigned char* bytes, std::size_t count) {
+    buffer_.Update(*this, bytes, count, BlockSize());
 }
 
-void CCrypto_Shake::Reset(EnumShakeModeBufferLen mode) {
-    FreeBlockBuffer();
-    rate_ = static_cast<std::uint8_t>(mode);
-    blockBuffer_ = new unsigned char[rate_]();
-    position_ = 0;
-    std::fill(std::begin(state_), std::end(state_), 0);
+void CCrypto_Shake::Sponge::CompressAlone(const unsigned char* blocks, std::size_t count) {
+    if (BlockSize() % 8 == 0)
+        return KeccakStream::CompressAlone(blocks, count);
+    for (std::size_t i = 0; i < count; ++i)
+        KeccakStream::CompressAlone(blocks + i * BlockSize(), 1);
 }
 
-void CCrypto_Shake::PermuteFullBlock() {
-    sha_.Keccak_AbsorbBlock(state_, blockBuffer_, rate_ / 8u);
-    position_ = 0;
+void CCrypto_Shake::Sponge::WipeBlock() {
+    SecureWipe(buffer_.Bytes(), BlockSize());
 }
 
-// Whole blocks of whole lanes go into the state from where they are; the block buffer takes what is left of
-// a block.
+CCrypto_Shake::CCrypto_Shake(std::wstring*) {}
+
+// What the block buffer holds of a file is gone before the next one begins, and at the end.
+void CCrypto_Shake::WipeBlock() {
+    if (sponge_)
+        sponge_->WipeBlock();
+}
+
 bool CCrypto_Shake::Shake_Absorb(const unsigned char* bytes, std::uint64_t count) {
-    std::uint64_t taken = 0;
-    while (taken < count) {
-        const std::uint64_t left = count - taken;
-        if (position_ == 0 && left >= rate_ && rate_ % 8 == 0) {
-            sha_.Keccak_AbsorbBlock(state_, bytes + taken, rate_ / 8u,
-                                    static_cast<std::size_t>(left / rate_));
-            taken += left - left % rate_;
-            continue;
-        }
-        const std::size_t room = std::size_t{rate_} - position_;
-        const auto piece = static_cast<std::size_t>(std::min<std::uint64_t>(room, left));
-        Safe_memmove(blockBuffer_ + position_, room, bytes + taken, piece, pWstrDebugLog_);
-        position_ = static_cast<std::uint8_t>(position_ + piece);
-        taken += piece;
-        if (position_ == rate_)
-            PermuteFullBlock();
-    }
-    return taken == count;
+    if (!sponge_)
+        return false;
+    sponge_->Update(bytes, static_cast<std::size_t>(count));
+    return true;
 }
 
-void CCrypto_Shake::FinishAbsorbing() {
-    blockBuffer_[position_++] = padding;
-    std::memset(blockBuffer_ + position_, 0, std::size_t{rate_} - position_);
-    blockBuffer_[rate_ - 1] |= 0x80;
-    PermuteFullBlock();
-}
-
+// The state is permuted behind the last block of output as behind any other: that is the state in which a further message
+// begins.
 bool CCrypto_Shake::Shake_Squeeze(unsigned char* output, std::uint64_t count) {
-    FinishAbsorbing();
-    unsigned char block[stateSize];
-    std::uint64_t produced = 0;
-    while (produced < count) {
-        const std::uint64_t left = count - produced;
-        const auto piece = static_cast<std::size_t>(std::min<std::uint64_t>(rate_, left));
-        sha::CopyStateBytes(block, state_, piece);
-        Safe_memmove(output + produced, static_cast<std::size_t>(left), block, piece, pWstrDebugLog_);
-        produced += piece;
-        sha_.Keccak_AbsorbBlock(state_, nullptr, 0);
+    if (!sponge_)
+        return false;
+    sponge_->Pad();
+    while (count != 0) {
+        const auto piece = static_cast<std::size_t>(std::min<std::uint64_t>(sponge_->BlockSize(), count));
+        sponge_->Output(output, piece);
+        sponge_->Permute();
+        output += piece;
+        count -= piece;
     }
-    SecureWipe(block, sizeof block);
-    return produced == count;
+    return true;
 }
 
 bool CCrypto_Shake::Shake_GetFromFile(const wchar_t* path, unsigned char* output, std::uint64_t count,
                                       EnumShakeModeBufferLen mode) {
     try {
-        if (path == nullptr || output == nullptr || mode == 0 || mode > stateSize)
+        if (path == nullptr || output == nullptr || mode == 0 || mode > Sponge::stateSize)
             return false;
-        Reset(mode);
+        WipeBlock();
+        sponge_.emplace(mode);
         bool squeezed = false;
         const bool opened = engine_frame::WithOpenFile(path, output, [&](platform::InputFile& file) {
             engine_frame::FeedFile(

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "crypto/CCrypto_Sha.h"
+#include "hash/KeccakStream.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 // SHAKE128 and SHAKE256 (FIPS 202) of a file, and a third function that the standard does not have:
@@ -19,7 +20,7 @@ class CCrypto_Shake {
     };
 
     explicit CCrypto_Shake(std::wstring* pWstrDebugLog); // the log is not used
-    ~CCrypto_Shake() { FreeBlockBuffer(); }
+    ~CCrypto_Shake() { WipeBlock(); }
     CCrypto_Shake(const CCrypto_Shake&) = delete;
     CCrypto_Shake& operator=(const CCrypto_Shake&) = delete;
 
@@ -33,20 +34,23 @@ class CCrypto_Shake {
     bool Shake_GetFromFileAsString(const wchar_t* path, std::uint64_t count, char* text,
                                    unsigned int capacity, EnumShakeModeBufferLen mode);
 
-  private:
-    void FreeBlockBuffer();
-    void Reset(EnumShakeModeBufferLen mode);
-    void PermuteFullBlock();
-    void FinishAbsorbing();
+    // Go on with the sponge of the last file: take in bytes, or pad the message and write output. False, and
+    // nothing else, before the first file.
     bool Shake_Absorb(const unsigned char* bytes, std::uint64_t count);
     bool Shake_Squeeze(unsigned char* output, std::uint64_t count);
 
-    friend struct ShakePeer; // tests that feed pieces of any length
+  private:
+    // A sponge of any rate up to the state's size. A departure that outputs depend on: of a block whose rate is
+    // no multiple of 8, only the whole words enter the state.
+    class Sponge : public fyrn::hash::KeccakStream {
+      public:
+        explicit Sponge(std::size_t rate) : KeccakStream(rate, shake, 0) {}
+        void Update(const unsigned char* bytes, std::size_t count);
+        void CompressAlone(const unsigned char* blocks, std::size_t count);
+        void WipeBlock();
+    };
 
-    unsigned char* blockBuffer_ = nullptr; // `rate_` bytes, owned; null before the first file
-    std::uint8_t rate_ = 0;
-    std::uint8_t position_ = 0; // bytes waiting in the block buffer, 0..rate_-1
-    std::uint64_t state_[25] = {};
-    CCrypto_Sha sha_;
-    std::wstring* pWstrDebugLog_ = nullptr; // takes the warnings of guarded copies
+    void WipeBlock();
+
+    std::optional<Sponge> sponge_; // of the last file
 };

@@ -3,14 +3,7 @@
 
 #include "crypto/EngineFrame.h"
 #include "crypto/HexString.h"
-#include "hash/kernels/ByteOrder.h"
-#include "hash/kernels/KernelSelect.h"
-#include "hash/kernels/SkeinInitialValue.h"
 #include "support/ExceptionReporter.h"
-
-#include <algorithm>
-#include <array>
-#include <cstring>
 
 namespace {
 
@@ -22,80 +15,27 @@ template <std::size_t words>
 using Context = CCrypto_Skein::Context<words>;
 
 template <std::size_t words>
-constexpr std::array<std::uint64_t, words> initialValue = fyrn::kernels::SkeinInitialValue<words>();
-
-// Starts a stage of the chaining: position 0, the first flag and the stage's own flags and type.
-template <std::size_t words>
-void StartStage(Context<words>& context, std::uint64_t typeAndFlags) {
-    context.tweak[0] = 0;
-    context.tweak[1] = fyrn::kernels::skein_tweak::first | typeAndFlags;
-    context.buffered = 0;
-}
-
-template <std::size_t words>
-void ProcessBlock(Context<words>& context, const unsigned char* blocks, std::size_t count,
-                  std::size_t added) {
-    const fyrn::kernels::KernelSet& kernels = fyrn::kernels::Kernels();
-    fyrn::kernels::SkeinBlocks* const absorb = words == 4   ? kernels.skein256
-                                               : words == 8 ? kernels.skein512
-                                                            : kernels.skein1024;
-    absorb(context.chain, context.tweak, blocks, count, added);
-}
-
-template <std::size_t words>
 bool Init(Context<words>* context) {
     if (context == nullptr)
         return false;
     context->hashBitLength = 64 * words;
-    std::copy(initialValue<words>.begin(), initialValue<words>.end(), context->chain);
-    StartStage(*context, fyrn::kernels::skein_tweak::message);
+    context->stream.Reset();
     return true;
 }
 
 template <std::size_t words>
 bool Update(Context<words>* context, const unsigned char* bytes, std::size_t count) {
-    constexpr std::size_t blockSize = sizeof context->buffer;
     if (context == nullptr || bytes == nullptr)
         return false;
-    if (context->buffered != 0 && context->buffered + count > blockSize) {
-        const std::size_t room = blockSize - context->buffered;
-        std::memcpy(context->buffer + context->buffered, bytes, room);
-        ProcessBlock(*context, context->buffer, 1, blockSize);
-        context->buffered = 0;
-        bytes += room;
-        count -= room;
-    }
-    if (count > blockSize) {
-        const std::size_t whole = (count - 1) / blockSize; // the last block stays back
-        ProcessBlock(*context, bytes, whole, blockSize);
-        bytes += whole * blockSize;
-        count -= whole * blockSize;
-    }
-    std::memcpy(context->buffer + context->buffered, bytes, count);
-    context->buffered = static_cast<std::uint8_t>(context->buffered + count);
+    context->stream.Update(bytes, count);
     return true;
-}
-
-// The output stage: hashes the counter 0 and leaves the chaining value as it was.
-template <std::size_t words>
-void Output(Context<words>& context, unsigned char* digest) {
-    const auto chain = std::to_array(context.chain);
-    std::memset(context.buffer, 0, sizeof context.buffer);
-    StartStage(context, fyrn::kernels::skein_tweak::final | fyrn::kernels::skein_tweak::output);
-    ProcessBlock(context, context.buffer, 1, sizeof(std::uint64_t));
-    for (std::size_t i = 0; i < words; ++i)
-        fyrn::kernels::StoreLittle(digest + 8 * i, context.chain[i]);
-    std::copy(chain.begin(), chain.end(), context.chain);
 }
 
 template <std::size_t words>
 bool Final(Context<words>* context, unsigned char* digest) {
     if (context == nullptr || digest == nullptr)
         return false;
-    context->tweak[1] |= fyrn::kernels::skein_tweak::final;
-    std::memset(context->buffer + context->buffered, 0, sizeof context->buffer - context->buffered);
-    ProcessBlock(*context, context->buffer, 1, context->buffered);
-    Output(*context, digest);
+    context->stream.Finish(digest);
     return true;
 }
 
@@ -117,17 +57,17 @@ bool CCrypto_Skein::Skein_1024_Init(SKEIN_1024_CONTEXT* context) {
 
 void CCrypto_Skein::Skein_256_ProcessBlock(SKEIN_256_CONTEXT* context, const unsigned char* blocks,
                                            std::size_t count, std::size_t added) {
-    ProcessBlock(*context, blocks, count, added);
+    context->stream.Absorb(blocks, count, added);
 }
 
 void CCrypto_Skein::Skein_512_ProcessBlock(SKEIN_512_CONTEXT* context, const unsigned char* blocks,
                                            std::size_t count, std::size_t added) {
-    ProcessBlock(*context, blocks, count, added);
+    context->stream.Absorb(blocks, count, added);
 }
 
 void CCrypto_Skein::Skein_1024_ProcessBlock(SKEIN_1024_CONTEXT* context, const unsigned char* blocks,
                                             std::size_t count, std::size_t added) {
-    ProcessBlock(*context, blocks, count, added);
+    context->stream.Absorb(blocks, count, added);
 }
 
 bool CCrypto_Skein::Skein_256_Update(SKEIN_256_CONTEXT* context, const unsigned char* bytes,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "crypto/CCrypto_Salt.h"
+#include "hash/SkeinStream.h"
 #include "platform/File.h"
 
 #include <cstddef>
@@ -17,10 +18,7 @@ class CCrypto_Skein : public CCrypto_Salt {
     template <std::size_t words>
     struct Context {
         std::uint16_t hashBitLength;
-        std::uint8_t buffered;  // bytes in the block buffer, up to a whole block
-        std::uint64_t tweak[2]; // position; flags and type
-        std::uint64_t chain[words];
-        unsigned char buffer[8 * words];
+        fyrn::hash::SkeinStream<words> stream;
     };
     using SKEIN_256_CONTEXT = Context<4>;
     using SKEIN_512_CONTEXT = Context<8>;

@@ -2,7 +2,6 @@
 #include "crypto/CCrypto_Sha.h"
 
 #include "tests/helpers/ScratchFiles.h"
-#include "tests/helpers/ShaRows.h"
 #include "tests/reference/Keccak.h"
 
 #include <gtest/gtest.h>
@@ -26,31 +25,6 @@ TEST_F(Sha3, DigestLengthsThatDoNotExistGiveFalse) {
         ASSERT_FALSE(
             engine_.GetSha3_FromFile(path_.c_str(), static_cast<unsigned short>(bits), digest, false));
         ASSERT_EQ(digest[0], 0x5a) << bits;
-    }
-}
-
-// A message that ends with a block leaves a block of padding alone, a byte less puts all padding into one
-// byte.
-TEST_F(Sha3, PaddingAtTheEndsOfABlockIsAsWrittenOutByHand) {
-    for (const helpers::ShaRow& row : helpers::ShaRows().subspan(4)) {
-        for (const std::size_t length : {row.rate - 1, row.rate}) {
-            Bytes padded = helpers::PseudoRandomBytes(length, length);
-            const std::wstring path = files_.Write("block", padded);
-            if (length == row.rate) {
-                padded.resize(2 * row.rate);
-                padded[row.rate] = row.padding;
-                padded.back() = 0x80;
-            } else {
-                padded.push_back(row.padding | 0x80);
-            }
-            reference::KeccakState state = {};
-            for (std::size_t at = 0; at < padded.size(); at += row.rate)
-                reference::KeccakAbsorb(state, padded.data() + at, row.rate / 8);
-            unsigned char digest[64];
-            ASSERT_TRUE(row.getFromFile(engine_, path.c_str(), digest));
-            for (std::size_t i = 0; i < row.digestSize; ++i)
-                ASSERT_EQ(digest[i], state[i / 8] >> 8 * (i % 8) & 0xff) << row.name << ", byte " << i;
-        }
     }
 }
 
