@@ -16,7 +16,7 @@ def readme():
 
 def session():
     """(command, output) of each step."""
-    section = re.search(r"^## A session\n(.*?)^## ", readme(), re.MULTILINE | re.DOTALL)[1]
+    section = re.search(r"^## Examples\n(.*?)^## ", readme(), re.MULTILINE | re.DOTALL)[1]
     blocks = re.findall(r"^```console\n(.*?)^```", section, re.MULTILINE | re.DOTALL)
     return re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", "".join(blocks), re.MULTILINE)
 
