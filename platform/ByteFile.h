@@ -3,6 +3,8 @@
 // paths work too. Errors are numbers of errno on every system. Only functions that say so throw.
 #pragma once
 
+#include "platform/Tree.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -38,8 +40,8 @@ class ByteFile {
     enum class Kind { regular, other };
 
     // What is open. `sizeLeft` is the bytes of a regular file that are left to read, -1 when that
-    // cannot be told.
-    Kind Look(std::int64_t& sizeLeft) const;
+    // cannot be told. `status` is filled where it is given and the system tells.
+    Kind Look(std::int64_t& sizeLeft, EntryStatus* status = nullptr) const;
 
     void Close();
 

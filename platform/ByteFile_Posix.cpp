@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ByteFile.h"
 
+#include "platform/EntryStatus_Posix.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -75,14 +77,18 @@ std::ptrdiff_t ByteFile::Read(void* buffer, std::size_t capacity, int& error) {
     return count;
 }
 
-ByteFile::Kind ByteFile::Look(std::int64_t& sizeLeft) const {
-    struct stat status;
+ByteFile::Kind ByteFile::Look(std::int64_t& sizeLeft, EntryStatus* status) const {
+    struct stat found;
     sizeLeft = -1;
-    if (fstat(Descriptor(native_), &status) != 0 || !S_ISREG(status.st_mode))
+    if (fstat(Descriptor(native_), &found) != 0)
+        return Kind::other;
+    if (status != nullptr)
+        *status = StatusOf(found);
+    if (!S_ISREG(found.st_mode))
         return Kind::other;
     const off_t position = owned_ ? 0 : lseek(Descriptor(native_), 0, SEEK_CUR);
-    if (position >= 0 && position <= status.st_size)
-        sizeLeft = status.st_size - position;
+    if (position >= 0 && position <= found.st_size)
+        sizeLeft = found.st_size - position;
     return Kind::regular;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/ByteFile.h"
 
+#include "platform/EntryStatus_Windows.h"
 #include "platform/LongName_Windows.h"
 
 #include <algorithm>
@@ -69,10 +70,13 @@ std::ptrdiff_t ByteFile::Read(void* buffer, std::size_t capacity, int& error) {
     return count;
 }
 
-ByteFile::Kind ByteFile::Look(std::int64_t& sizeLeft) const {
+ByteFile::Kind ByteFile::Look(std::int64_t& sizeLeft, EntryStatus* status) const {
     sizeLeft = -1;
     const int descriptor = Descriptor(native_);
-    if (GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor))) != FILE_TYPE_DISK)
+    const HANDLE file = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+    if (status != nullptr && StatusOf(file, *status) != 0)
+        *status = {};
+    if (GetFileType(file) != FILE_TYPE_DISK)
         return Kind::other;
     const std::int64_t size = _filelengthi64(descriptor);
     const std::int64_t position = _telli64(descriptor);

@@ -10,6 +10,9 @@
 
 namespace platform {
 
+// How the temporary names begin.
+inline constexpr std::string_view temporaryPrefix = ".fyrnsum-";
+
 // Until Complete, the bytes stand in a file without a name or under a temporary one in the same
 // directory; what had the name before stays. A name of something else than a regular file (a
 // device, a pipe) is written to as it stands.
@@ -22,6 +25,10 @@ class NewFile {
 
     // Makes the file. Returns 0 or errno. Throws std::bad_alloc. Called once.
     int Create(const std::string& name);
+
+    // Gives the file the owner and the rights of another one, as far as this user may, in place of
+    // those that new files have. Where the system has no such rights, nothing happens.
+    void TakeRightsOf(const std::string& name);
 
     // Returns 0 or errno.
     int Write(std::string_view bytes);

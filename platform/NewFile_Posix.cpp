@@ -32,7 +32,7 @@ std::string DirectoryOf(const std::string& name) {
 
 // Hidden, and short enough for any name that is itself allowed.
 std::string TemporaryPattern(const std::string& name) {
-    return DirectoryOf(name) + "/.fyrnsum-XXXXXX";
+    return DirectoryOf(name) + "/" + std::string(temporaryPrefix) + "XXXXXX";
 }
 
 void GiveUsualMode(int descriptor) {
@@ -83,6 +83,19 @@ int NewFile::CreateNamed() {
     temporary_ = pattern;
     GiveUsualMode(static_cast<int>(native_));
     return 0;
+}
+
+// The owner first, since giving a file away takes some of its rights.
+void NewFile::TakeRightsOf(const std::string& name) {
+    struct stat status;
+    const int descriptor = static_cast<int>(native_);
+    if (direct_ || stat(name.c_str(), &status) != 0)
+        return;
+    constexpr uid_t sameOwner = static_cast<uid_t>(-1);
+    if (fchown(descriptor, status.st_uid, status.st_gid) != 0 &&
+        fchown(descriptor, sameOwner, status.st_gid) != 0)
+        status.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+    fchmod(descriptor, status.st_mode & 07777);
 }
 
 int NewFile::Write(std::string_view bytes) {

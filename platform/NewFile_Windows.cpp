@@ -51,7 +51,7 @@ int NewFile::CreateNamed() {
     const std::size_t end = name_.find_last_of("/\\:");
     const std::string directory = end == std::string::npos ? "" : name_.substr(0, end + 1);
     for (unsigned number = GetCurrentProcessId();; ++number) {
-        const std::string temporary = directory + ".fyrnsum-" + std::to_string(number);
+        const std::string temporary = directory + std::string(temporaryPrefix) + std::to_string(number);
         int descriptor = -1;
         const errno_t error = _wsopen_s(&descriptor, LongName(temporary).c_str(),
                                         _O_WRONLY | _O_BINARY | _O_CREAT | _O_EXCL | _O_NOINHERIT, _SH_DENYWR,
@@ -63,6 +63,9 @@ int NewFile::CreateNamed() {
             return error;
     }
 }
+
+// A new file has the rights that its directory hands down, as the old one had.
+void NewFile::TakeRightsOf(const std::string& /*name*/) {}
 
 int NewFile::Write(std::string_view bytes) {
     while (!bytes.empty()) {

@@ -25,6 +25,7 @@ struct EntryStatus {
     EntryKind kind = EntryKind::special;
     std::uint64_t size = 0; // bytes, of a regular file
     FileIdentity identity;
+    std::int64_t modified = 0; // nanoseconds since 1970; the largest number where these do not fit
 };
 
 // Looks at what has this name: at a link itself, or with `follow` at what it leads to. Returns 0 or

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Tree.h"
 
+#include "platform/EntryStatus_Posix.h"
+
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -16,23 +18,15 @@ struct CloseDirectory {
     void operator()(DIR* directory) const { closedir(directory); }
 };
 
-EntryKind KindOf(mode_t mode) {
-    if (S_ISREG(mode))
-        return EntryKind::regular;
-    if (S_ISDIR(mode))
-        return EntryKind::directory;
-    return S_ISLNK(mode) ? EntryKind::link : EntryKind::special;
-}
-
 // File systems that do not keep the kind in the directory are asked for each entry. What vanished
 // meanwhile is taken for a file, whose opening then says so.
 EntryKind KindOf(const dirent& entry, int directory) {
     if (entry.d_type != DT_UNKNOWN)
-        return KindOf(static_cast<mode_t>(DTTOIF(entry.d_type)));
+        return KindOfMode(static_cast<mode_t>(DTTOIF(entry.d_type)));
     struct stat status;
     if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryKind::regular;
-    return KindOf(status.st_mode);
+    return KindOfMode(status.st_mode);
 }
 
 bool IsDots(const char* name) {
@@ -45,9 +39,7 @@ int LookAt(const std::string& name, bool follow, EntryStatus& status) {
     struct stat found;
     if (fstatat(AT_FDCWD, name.c_str(), &found, follow ? 0 : AT_SYMLINK_NOFOLLOW) != 0)
         return errno;
-    status.kind = KindOf(found.st_mode);
-    status.size = status.kind == EntryKind::regular ? static_cast<std::uint64_t>(found.st_size) : 0;
-    status.identity = {found.st_dev, found.st_ino};
+    status = StatusOf(found);
     return 0;
 }
 

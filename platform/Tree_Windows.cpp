@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Tree.h"
 
+#include "platform/EntryStatus_Windows.h"
 #include "platform/LongName_Windows.h"
 
-#include <cerrno>
 #include <cwchar>
 #include <memory>
 #include <windows.h>
@@ -19,60 +19,6 @@ struct CloseSearch {
     }
 };
 
-// The numbers that the runtime's own functions give for these errors.
-int ErrnoOf(DWORD error) {
-    switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_NAME:
-    case ERROR_INVALID_DRIVE:
-    case ERROR_BAD_NETPATH:
-    case ERROR_BAD_PATHNAME:
-        return ENOENT;
-    case ERROR_DIRECTORY:
-        return ENOTDIR;
-    case ERROR_NOT_ENOUGH_MEMORY:
-        return ENOMEM;
-    case ERROR_ACCESS_DENIED:
-    case ERROR_SHARING_VIOLATION:
-    case ERROR_LOCK_VIOLATION:
-        return EACCES;
-    default:
-        return EIO;
-    }
-}
-
-EntryKind KindOf(DWORD attributes, DWORD reparseTag) {
-    const bool reparse = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    if (reparse && (reparseTag == IO_REPARSE_TAG_SYMLINK || reparseTag == IO_REPARSE_TAG_MOUNT_POINT))
-        return EntryKind::link;
-    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::directory : EntryKind::regular;
-}
-
-std::uint64_t Join(DWORD high, DWORD low) {
-    return std::uint64_t{high} << 32 | low;
-}
-
-DWORD ReparseTag(HANDLE file) {
-    FILE_ATTRIBUTE_TAG_INFO info;
-    return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &info, sizeof info) != 0 ? info.ReparseTag
-                                                                                             : 0;
-}
-
-int LookAt(HANDLE file, EntryStatus& status) {
-    BY_HANDLE_FILE_INFORMATION info;
-    if (GetFileType(file) != FILE_TYPE_DISK) {
-        status = {};
-        return 0;
-    }
-    if (GetFileInformationByHandle(file, &info) == 0)
-        return ErrnoOf(GetLastError());
-    status.kind = KindOf(info.dwFileAttributes, ReparseTag(file));
-    status.size = status.kind == EntryKind::regular ? Join(info.nFileSizeHigh, info.nFileSizeLow) : 0;
-    status.identity = {info.dwVolumeSerialNumber, Join(info.nFileIndexHigh, info.nFileIndexLow)};
-    return 0;
-}
-
 bool IsDots(const wchar_t* name) {
     return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
 }
@@ -86,7 +32,7 @@ int LookAt(const std::string& name, bool follow, EntryStatus& status) {
                                     OPEN_EXISTING, flags, nullptr);
     if (file == INVALID_HANDLE_VALUE)
         return ErrnoOf(GetLastError());
-    const int error = LookAt(file, status);
+    const int error = StatusOf(file, status);
     CloseHandle(file);
     return error;
 }

@@ -73,6 +73,8 @@ GivenOption Arguments::Long(std::string_view text) {
         return {row.id, {}};
     if (given)
         return {row.id, std::string(text.substr(equals + 1))};
+    if (IsOptional(row))
+        return {row.id, {}};
     if (rest_.empty())
         throw UsageError("option " + name + " requires an argument");
     return {row.id, Take()};

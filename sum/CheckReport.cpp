@@ -101,14 +101,19 @@ void CheckReport::SayOfList(std::string_view text) {
     Say(list_ + ": " + std::string(text));
 }
 
+void CheckReport::WarnOfMalformed() const {
+    if (!options_.checking.status)
+        Warn(totals_.malformed, "line is improperly formatted", "lines are improperly formatted");
+}
+
 bool CheckReport::Finish() {
     const std::uint64_t entries = totals_.good + totals_.different + totals_.unread + totals_.missing;
     if (entries == 0) {
         SayOfList("no properly formatted checksum lines found");
         return false;
     }
+    WarnOfMalformed();
     if (!options_.checking.status) {
-        Warn(totals_.malformed, "line is improperly formatted", "lines are improperly formatted");
         Warn(totals_.unread, "listed file could not be read", "listed files could not be read");
         Warn(totals_.different, "computed checksum did NOT match", "computed checksums did NOT match");
         if (options_.checking.ignoreMissing && totals_.good == 0)

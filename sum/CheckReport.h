@@ -40,6 +40,9 @@ class CheckReport {
     // A malformed line too. Said once for each function, and not for very many.
     void UnknownFunction(std::uint64_t line, std::string_view tag);
 
+    // Says how many lines were malformed.
+    void WarnOfMalformed() const;
+
     // What the digests turned out to be of.
     void Guessed(const FunctionChoice& choice);
     void ListUnreadable();

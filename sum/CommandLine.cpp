@@ -27,9 +27,13 @@ class Reader {
     void Take(const GivenOption& given);
     void TakeForm(const std::string& name);
     void TakeJobs(const std::string& text);
+    void TakeList(const GivenOption& given);
+    void TakeAcceptance(const std::string& what);
     void CheckTogether() const;
     void CheckCheckOptions() const;
+    void CheckTreeOptions() const;
     void CheckPrintOptions() const;
+    void CheckThatTreeOptionsAreOfUse() const;
     void CheckForms() const;
     void ChooseFunctions();
     void ChooseForm();
@@ -81,6 +85,21 @@ void Reader::TakeJobs(const std::string& text) {
         throw UsageError("invalid number of jobs: " + QuotedPlain(text), UsageError::Advice::none);
 }
 
+void Reader::TakeList(const GivenOption& given) {
+    const bool update = given.id == OptionId::update;
+    if (options_.list && options_.update != update)
+        throw UsageError("--audit and --update are mutually exclusive");
+    options_.list = given.argument;
+    options_.update = update;
+}
+
+void Reader::TakeAcceptance(const std::string& what) {
+    if (!what.empty() && what != "all")
+        throw UsageError("invalid argument " + QuotedPlain(what) +
+                         " for '--accept-changes'\nValid arguments are:\n  - 'all'");
+    options_.acceptance = what.empty() ? Acceptance::changed : Acceptance::all;
+}
+
 void Reader::Take(const GivenOption& given) {
     CheckOptions& checking = options_.checking;
     switch (given.id) {
@@ -124,6 +143,17 @@ void Reader::Take(const GivenOption& given) {
     case OptionId::check:
         options_.check = true;
         checking.gnuOnly = tool_.kind != ToolKind::fyrnsum;
+        return;
+    case OptionId::audit:
+    case OptionId::update:
+        return TakeList(given);
+    case OptionId::acceptChanges:
+        return TakeAcceptance(given.argument);
+    case OptionId::quick:
+        options_.quick = true;
+        return;
+    case OptionId::verbose:
+        options_.verbose = true;
         return;
     case OptionId::directory:
         options_.directory = given.argument;
@@ -195,8 +225,11 @@ void Reader::CheckTogether() const {
         throw UsageError("--tag does not support --text mode");
     if (tool_.kind == ToolKind::cksum && !form_ && binary_ == false)
         throw UsageError("--text mode is only supported with --untagged");
+    CheckThatTreeOptionsAreOfUse();
     if (options_.check)
         CheckCheckOptions();
+    else if (options_.list)
+        CheckTreeOptions();
     else
         CheckPrintOptions();
 }
@@ -218,6 +251,40 @@ void Reader::CheckCheckOptions() const {
         FailMeaningless("--recursive", true);
     if (!options_.rules.empty())
         throw UsageError("the --exclude and --include options are meaningless when verifying checksums");
+}
+
+void Reader::CheckThatTreeOptionsAreOfUse() const {
+    if (options_.check && options_.list)
+        throw UsageError(std::string("--check and ") + (options_.update ? "--update" : "--audit") +
+                         " are mutually exclusive");
+    if (options_.acceptance != Acceptance::none && !options_.update)
+        throw UsageError("the --accept-changes option is meaningful only with --update");
+    if (options_.quick && !options_.list)
+        throw UsageError("the --quick option is meaningful only with --audit and --update");
+    if (options_.verbose && !options_.list)
+        throw UsageError("the --verbose option is meaningful only with --audit and --update");
+}
+
+// The list tells the form of its lines, and the operands the tree.
+void Reader::CheckTreeOptions() const {
+    const CheckOptions& checking = options_.checking;
+    const std::pair<bool, const char*> ofNoUse[] = {{checking.ignoreMissing, "--ignore-missing"},
+                                                    {options_.baseName, "--basename"},
+                                                    {base64_, "--base64"},
+                                                    {raw_, "--raw"},
+                                                    {options_.zero, "--zero"},
+                                                    {binary_ && form_ != Form::tagged, "--binary"},
+                                                    {options_.namesFrom.has_value(), "--files-from"}};
+    const char* const purpose = options_.update ? " updating a list" : " auditing a tree";
+    for (const auto& [given, name] : ofNoUse)
+        if (given)
+            throw UsageError(std::string("the ") + name + " option is meaningless when" + purpose);
+    if (form_ && form_ != Form::json)
+        throw UsageError(std::string("the form of lines is that of the list when") + purpose);
+    if (options_.update && *options_.list == "-")
+        throw UsageError("standard input cannot be updated");
+    if (HasOneOutputForEach(options_))
+        throw UsageError(std::string("there is one --output only when") + purpose);
 }
 
 void Reader::CheckPrintOptions() const {
@@ -255,7 +322,7 @@ void Reader::ChooseFunctions() {
         request_.Add("crc32");
     if (form_ == Form::hashdeep && !request_.IsGiven())
         request_.Add("md5,sha256");
-    options_.functions = request_.Resolve(options_.check);
+    options_.functions = request_.Resolve(options_.check || options_.list);
     const std::vector<FunctionChoice>& functions = options_.functions;
     if (options_.check && tool_.kind == ToolKind::cksum && request_.IsGiven() &&
         functions[0].legacy != Legacy::none)
@@ -288,7 +355,7 @@ void Reader::ChooseOperands() {
         throw UsageError("the --raw option is not supported with multiple files", UsageError::Advice::none);
     options_.namesGiven = !options_.operands.empty();
     if (!options_.namesGiven && !options_.namesFrom)
-        options_.operands = {"-"};
+        options_.operands = {options_.list ? "." : "-"};
 }
 
 Options Reader::Read() {

@@ -37,6 +37,25 @@ bool IsHexDigest(std::string_view text, std::span<const std::byte> digest) {
     return true;
 }
 
+std::vector<std::byte> OfHex(std::string_view text) {
+    std::vector<std::byte> bytes(text.size() / 2);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::byte>(HexValue(text[2 * i]) << 4 | HexValue(text[2 * i + 1]));
+    return bytes;
+}
+
+// A number that is too large for any digest of this size has more bytes.
+std::vector<std::byte> OfNumber(std::string_view text, std::size_t size) {
+    std::uint64_t number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool fits = size >= sizeof number || number >> (8 * size) == 0;
+    std::vector<std::byte> bytes(fits ? size : sizeof number);
+    size = bytes.size();
+    for (std::size_t i = size; i-- > 0; number >>= 8)
+        bytes[i] = static_cast<std::byte>(number & 0xff);
+    return bytes;
+}
+
 } // namespace
 
 std::optional<std::size_t> HexBytes(std::string_view text) {
@@ -59,6 +78,31 @@ std::optional<std::size_t> Base64Bytes(std::string_view text) {
     if (!std::ranges::all_of(digits, isDigit))
         return std::nullopt;
     return text.size() / 4 * 3 - padding;
+}
+
+std::vector<std::byte> BytesOfBase64(std::string_view text) {
+    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::vector<std::byte> bytes;
+    std::uint32_t group = 0;
+    unsigned bits = 0;
+    for (const char digit : text.substr(0, text.find('='))) {
+        const std::size_t value = digits.find(digit);
+        if (value == std::string_view::npos)
+            continue;
+        group = (group << 6 | static_cast<std::uint32_t>(value)) & 0xffffff;
+        bits += 6;
+        if (bits < 8)
+            continue;
+        bits -= 8;
+        bytes.push_back(static_cast<std::byte>(group >> bits & 0xff));
+    }
+    return bytes;
+}
+
+std::vector<std::byte> DigestBytes(std::string_view text, bool decimal, std::size_t size) {
+    if (decimal)
+        return OfNumber(text, size);
+    return HexBytes(text) == size ? OfHex(text) : BytesOfBase64(text);
 }
 
 bool IsDigest(std::string_view text, std::span<const std::byte> digest) {

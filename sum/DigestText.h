@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace sum {
 
@@ -15,6 +16,14 @@ std::optional<std::size_t> HexBytes(std::string_view text);
 
 // The same for base64 with its padding.
 std::optional<std::size_t> Base64Bytes(std::string_view text);
+
+// The bytes that base64 stands for; what is none is passed over.
+std::vector<std::byte> BytesOfBase64(std::string_view text);
+
+// The bytes of a digest of `size` bytes, in hexadecimal, base64 or, with `decimal`, as a number of
+// which the most significant byte comes first. The text is known to be a digest; a number that is
+// none of that size has other bytes than any.
+std::vector<std::byte> DigestBytes(std::string_view text, bool decimal, std::size_t size);
 
 // Whether the text is this digest, in hexadecimal or base64.
 bool IsDigest(std::string_view text, std::span<const std::byte> digest);

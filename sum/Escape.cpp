@@ -61,10 +61,14 @@ std::string JsonEscaped(std::string_view text) {
     return escaped;
 }
 
-std::string JsonPath(std::string_view name) {
+std::string JsonName(const std::string& member, std::string_view name) {
     if (IsUtf8(name))
-        return "\"path\":\"" + JsonEscaped(name) + '"';
-    return "\"path_base64\":\"" + ToBase64(std::as_bytes(std::span(name))) + '"';
+        return '"' + member + "\":\"" + JsonEscaped(name) + '"';
+    return '"' + member + "_base64\":\"" + ToBase64(std::as_bytes(std::span(name))) + '"';
+}
+
+std::string JsonPath(std::string_view name) {
+    return JsonName("path", name);
 }
 
 std::string ToBase64(std::span<const std::byte> bytes) {

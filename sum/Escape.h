@@ -23,6 +23,9 @@ std::string JsonEscaped(std::string_view text);
 // The member of a JSON object that tells a name: "path", or "path_base64" where it is no UTF-8.
 std::string JsonPath(std::string_view name);
 
+// The same for a member of another name: "from", or "from_base64".
+std::string JsonName(const std::string& member, std::string_view name);
+
 std::string ToBase64(std::span<const std::byte> bytes);
 
 } // namespace sum

@@ -63,7 +63,7 @@ int FileHasher::State::HashAll(platform::ByteFile& file, std::int64_t sizeAtStar
 FileResult FileHasher::State::Hash(platform::ByteFile file, const Name& name) {
     FileResult result;
     std::int64_t left;
-    const platform::ByteFile::Kind kind = file.Look(left);
+    const platform::ByteFile::Kind kind = file.Look(left, &result.status);
     if (watcher != nullptr) {
         watcher->Begin(name);
         if (kind == platform::ByteFile::Kind::other || left > std::int64_t{bufferSize})

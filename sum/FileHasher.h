@@ -18,6 +18,7 @@ struct FileResult {
     int error = 0;                               // errno of opening or reading, or 0
     std::uint64_t size = 0;                      // bytes read
     std::vector<std::vector<std::byte>> digests; // one a function; none after an error
+    platform::EntryStatus status = {};           // what was opened, before it was read
 };
 
 // Functions that are computed together. Shared by jobs, since long lists name the same few again

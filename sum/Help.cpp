@@ -47,7 +47,9 @@ void AppendOption(std::string& text, const OptionRow& row) {
     text += row.letter != 0 ? std::string("  -") + row.letter : "    ";
     if (!row.name.empty())
         text.append(row.letter != 0 ? ", --" : "  --").append(row.name);
-    if (!row.argument.empty())
+    if (IsOptional(row))
+        text.append("[=").append(row.argument.substr(1));
+    else if (!row.argument.empty())
         text.append("=").append(row.argument);
     MoveTo(text, start, helpColumn);
     AppendWrapped(text, row.help);
@@ -59,7 +61,9 @@ std::string UsageLines(const Tool& tool) {
     std::string text = "Usage: " + name + " [OPTION]... [FILE]...\n";
     if (tool.kind == ToolKind::fyrnsum)
         text += "  or:  fyrnsum --recursive [OPTION]... [FILE|DIR]...\n"
-                "  or:  fyrnsum --check [OPTION]... [LIST]...\n";
+                "  or:  fyrnsum --check [OPTION]... [LIST]...\n"
+                "  or:  fyrnsum --audit=LIST [OPTION]... [FILE|DIR]...\n"
+                "  or:  fyrnsum --update=LIST [OPTION]... [FILE|DIR]...\n";
     return text;
 }
 

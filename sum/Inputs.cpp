@@ -17,7 +17,7 @@ class Inputs {
     void Take(const Name& name) {
         if (options_.recursive && name != "-" && IsDirectory(name))
             walk_.Enter(name);
-        else if (name == "-" || Counts(options_.rules, name, 0))
+        else if (name == "-" || Counts(options_.rules, std::string_view(name).substr(options_.hidden), 0))
             sink_.File(name);
     }
 

@@ -9,7 +9,7 @@ namespace sum {
 
 namespace {
 
-std::uint32_t NumberOf(const std::vector<std::byte>& digest) {
+std::uint32_t NumberOf(std::span<const std::byte> digest) {
     std::uint32_t number = 0;
     for (const std::byte byte : digest)
         number = number << 8 | std::to_integer<std::uint32_t>(byte);
@@ -22,15 +22,6 @@ std::string Padded(const std::string& text, std::size_t width, char filler) {
 
 std::uint64_t Blocks(std::uint64_t size, std::uint64_t blockSize) {
     return size / blockSize + (size % blockSize != 0 ? 1 : 0);
-}
-
-// "4294967295 0", "00000     0" or "0 0".
-std::string LegacyText(Legacy legacy, std::uint32_t number, std::uint64_t size) {
-    if (legacy == Legacy::crc)
-        return std::to_string(number) + ' ' + std::to_string(size);
-    if (legacy == Legacy::sysv)
-        return std::to_string(number) + ' ' + std::to_string(Blocks(size, 512));
-    return Padded(std::to_string(number), 5, '0') + ' ' + Padded(std::to_string(Blocks(size, 1024)), 5, ' ');
 }
 
 std::string UpperHex(const std::vector<std::byte>& digest) {
@@ -49,6 +40,15 @@ bool CanHold(Form form, const Name& name) {
 }
 
 } // namespace
+
+std::string LegacyText(Legacy legacy, std::span<const std::byte> digest, std::uint64_t size) {
+    const std::string number = std::to_string(NumberOf(digest));
+    if (legacy == Legacy::crc)
+        return number + ' ' + std::to_string(size);
+    if (legacy == Legacy::sysv)
+        return number + ' ' + std::to_string(Blocks(size, 512));
+    return Padded(number, 5, '0') + ' ' + Padded(std::to_string(Blocks(size, 1024)), 5, ' ');
+}
 
 LineWriter::LineWriter(const Options& options, FunctionSet functions)
     : options_(options), functions_(std::move(functions)) {}
@@ -76,7 +76,7 @@ void LineWriter::AppendLine(std::string& lines, const FunctionChoice& choice,
         return;
     }
     if (choice.legacy != Legacy::none) {
-        lines += LegacyText(choice.legacy, NumberOf(digest), size);
+        lines += LegacyText(choice.legacy, digest, size);
         if (name != nullptr)
             lines.append(1, ' ').append(*name);
         lines += End();

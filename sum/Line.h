@@ -5,11 +5,17 @@
 #include "sum/FileHasher.h"
 #include "sum/Options.h"
 
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace sum {
+
+// How the oldest checksums are written: "4294967295 0", "00000     0" or "0 0", checksum and size or
+// blocks. The digest is the number, the most significant byte first.
+std::string LegacyText(Legacy legacy, std::span<const std::byte> digest, std::uint64_t size);
 
 class LineWriter {
   public:

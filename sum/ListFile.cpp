@@ -40,8 +40,8 @@ GivenFunctions FunctionsGivenBy(const Options& options) {
 }
 
 ListFile::ListFile(const Options& options, const Name& list, const ListFunctions& functions)
-    : options_(options), list_(list), reader_([this](std::span<char> space) { return Read(space); }),
-      lines_(reader_, RulesOf(options, list, functions)) {}
+    : options_(options), list_(list), rules_(RulesOf(options, list, functions)),
+      reader_([this](std::span<char> space) { return Read(space); }), lines_(reader_, rules_) {}
 
 int ListFile::Open() {
     int error = 0;

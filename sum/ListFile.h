@@ -33,12 +33,24 @@ class ListFile {
     // The next line; LineKind::entry or malformed, or end. Throws ListError.
     LineKind Next(ListLine& line);
 
+    // What stands behind that: the records, and what they are taken for.
+    const ListReader& Reader() const { return reader_; }
+    ListReader& Reader() { return reader_; }
+    ListLines& Lines() { return lines_; }
+
+    // Takes lines in as this list has them, from its beginning.
+    ListLines OtherLines() { return {reader_, rules_}; }
+
+    // Whether names are those of BagIt manifests.
+    bool HasPercentNames() const { return rules_.percent; }
+
   private:
     std::size_t Read(std::span<char> space);
 
     const Options& options_;
     const Name& list_;
     platform::ByteFile file_;
+    LineRules rules_;
     ListReader reader_;
     ListLines lines_;
 };

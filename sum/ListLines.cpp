@@ -42,6 +42,7 @@ bool IsArmourData(std::string_view line) {
 
 bool PgpArmour::Takes(std::string_view& line) {
     if (line.starts_with("-----BEGIN PGP ") && line.ends_with("-----")) {
+        met_ = true;
         place_ = line == "-----BEGIN PGP SIGNED MESSAGE-----" ? Place::headers : Place::signature;
         return true;
     }
@@ -134,9 +135,8 @@ LineKind ListLines::Next(ListLine& line) {
         after_.reset();
         return afterKind_;
     }
-    ListRecord record;
-    while (reader_.Next(record)) {
-        const std::optional<LineKind> kind = Take(record, line);
+    while (reader_.Next(record_)) {
+        const std::optional<LineKind> kind = TakeIn(record_, line);
         if (!kind)
             continue;
         if (*kind == LineKind::lone && !any_) {
@@ -162,6 +162,12 @@ LineKind ListLines::Next(ListLine& line) {
 }
 
 std::optional<LineKind> ListLines::Take(ListRecord& record, ListLine& line) {
+    const std::optional<LineKind> kind = TakeIn(record, line);
+    any_ = any_ || kind;
+    return kind;
+}
+
+std::optional<LineKind> ListLines::TakeIn(ListRecord& record, ListLine& line) {
     line.number = record.number;
     if (record.broken)
         return LineKind::malformed;

@@ -18,10 +18,13 @@ class PgpArmour {
     // Whether the line belongs to the armour. Takes off what escapes a line of the text.
     bool Takes(std::string_view& line);
 
+    bool WasMet() const { return met_; }
+
   private:
     enum class Place { outside, headers, text, signature };
 
     Place place_ = Place::outside;
+    bool met_ = false;
 };
 
 // The report of the program fyrn: a line with the functions, then a block for each file, its name
@@ -63,13 +66,26 @@ class ListLines {
     // list holds.
     LineKind Next(ListLine& line);
 
-  private:
+    // Takes one record in, for those who need the records themselves, instead of Next. Nothing when
+    // it is no line, or not yet.
     std::optional<LineKind> Take(ListRecord& record, ListLine& line);
+
+    // The record that Next took in last.
+    const ListRecord& Record() const { return record_; }
+
+    // What the list is, as far as it was read.
+    bool IsSigned() const { return armour_.WasMet(); }
+    bool IsReport() const { return static_cast<bool>(report_); }
+    const std::vector<std::string>& Columns() const { return columns_; }
+
+  private:
+    std::optional<LineKind> TakeIn(ListRecord& record, ListLine& line);
     bool IsNoEntry(std::string_view& text);
     bool TakesTableHeader(std::string_view text);
 
     ListReader& reader_; // not owned
     LineRules rules_;
+    ListRecord record_;
     std::optional<LineParser> parser_; // once it is known how records end
     PgpArmour armour_;
     FyrnReport report_;

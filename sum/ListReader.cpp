@@ -27,6 +27,8 @@ bool ListReader::Next(ListRecord& record) {
         return false;
 
     record.number = ++number_;
+    record.ended = length != std::string_view::npos;
+    record.carriageReturn = false;
     record.broken = length == std::string_view::npos ? Held().size() > maxRecord : length > maxRecord;
     if (record.broken) {
         record.text = {};
@@ -37,7 +39,8 @@ bool ListReader::Next(ListRecord& record) {
     begin_ += record.text.size() + (length == std::string_view::npos ? 0 : 1);
     if (coding_ != Coding::bytes)
         record.broken = record.text.find(brokenMark) != std::string_view::npos;
-    if (end_ == '\n' && record.text.ends_with('\r'))
+    record.carriageReturn = end_ == '\n' && record.text.ends_with('\r');
+    if (record.carriageReturn)
         record.text.remove_suffix(1);
     return true;
 }
@@ -56,6 +59,7 @@ void ListReader::Start() {
 void ListReader::TakeByteOrderMark() {
     if (buffer_.starts_with("\xef\xbb\xbf")) {
         begin_ = 3;
+        mark_ = buffer_.substr(0, 3);
         return;
     }
     if (buffer_.starts_with("\xff\xfe"))
@@ -64,6 +68,7 @@ void ListReader::TakeByteOrderMark() {
         coding_ = Coding::bigEndian;
     else
         return;
+    mark_ = buffer_.substr(0, 2);
     const std::string bytes = std::exchange(buffer_, {}).substr(2);
     AppendUtf16(bytes);
 }

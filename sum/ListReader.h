@@ -14,9 +14,11 @@
 namespace sum {
 
 struct ListRecord {
-    std::string_view text;    // UTF-8 or bytes, without its end; valid until the next is read
-    std::uint64_t number = 0; // of the line, from 1
-    bool broken = false;      // longer than ListReader::maxRecord, or no whole UTF-16
+    std::string_view text;       // UTF-8 or bytes, without its end; valid until the next is read
+    std::uint64_t number = 0;    // of the line, from 1
+    bool broken = false;         // longer than ListReader::maxRecord, or no whole UTF-16
+    bool carriageReturn = false; // stood before its end
+    bool ended = false;          // false for a last one without an end
 };
 
 // Takes off a byte order mark, turns UTF-16 that begins with one (of either order) into UTF-8, and
@@ -37,12 +39,16 @@ class ListReader {
     // Reads the next record; false at the end. Throws std::bad_alloc and what the source throws.
     bool Next(ListRecord& record);
 
-    // Whether records end with NUL. Known after the first Next.
+    // Whether records end with NUL. Known after the first Next, as are the next two.
     bool EndsInNul() const { return end_ == '\0'; }
 
-  private:
-    enum class Coding { bytes, littleEndian, bigEndian };
+    enum class Coding { bytes, littleEndian, bigEndian }; // the latter two are UTF-16
+    Coding Encoding() const { return coding_; }
 
+    // The byte order mark as it stood there; mostly empty.
+    std::string_view Mark() const { return mark_; }
+
+  private:
     void Start();
     void TakeByteOrderMark();
     bool Fill();
@@ -66,6 +72,7 @@ class ListReader {
     std::uint64_t number_ = 0;
 
     Coding coding_ = Coding::bytes;
+    std::string mark_;
     std::string utf16_;      // an odd byte that waits for its other half
     unsigned surrogate_ = 0; // the first half of a pair
 };

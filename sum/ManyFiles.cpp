@@ -67,7 +67,7 @@ void ManyFiles::Begin(HashJob& job, std::vector<HashJob*>& done) {
         Slot& slot = FreeSlot();
         Start(slot, job);
         slot.file = std::move(file);
-        if (slot.file.Look(slot.left) == platform::ByteFile::Kind::regular) {
+        if (slot.file.Look(slot.left, &job.result.status) == platform::ByteFile::Kind::regular) {
             slot.isTimed = platform::readPace.IsTimed();
             return;
         }

@@ -35,6 +35,13 @@ struct PathRule {
     bool include = false;
 };
 
+// What --update does with files that changed.
+enum class Acceptance {
+    none,    // their lines stay
+    changed, // they are listed anew
+    all      // also those whose size and time are the same, which may be decay
+};
+
 struct Options {
     std::vector<Name> operands; // "-" alone when none was given; lists with --check
 
@@ -49,6 +56,13 @@ struct Options {
     CheckOptions checking;
     std::optional<Name> directory; // -C: names in lists are relative to it
     bool baseName = false;         // of a listed name only the last component counts
+
+    std::optional<Name> list; // of --audit and --update: is compared with the tree of the operands
+    bool update = false;      // writes the list anew
+    Acceptance acceptance = Acceptance::none;
+    bool quick = false;     // files whose size and time are those of the list's state are not read
+    bool verbose = false;   // what is the same is told, too
+    std::size_t hidden = 0; // bytes at the beginning of paths that the user did not write: --directory
 
     Form form = Form::untagged;
     Encoding encoding = Encoding::hex;

@@ -56,6 +56,9 @@ class OutputFile : public LineSink {
 
     void Write(std::string_view lines) override;
 
+    // See platform::NewFile.
+    void TakeRightsOf(const Name& name) { file_.TakeRightsOf(name); }
+
     // Writes the rest and names the file. Throws OutputError.
     void Complete();
 

@@ -4,6 +4,7 @@
 #include "sum/HashQueue.h"
 #include "sum/Inputs.h"
 #include "sum/Line.h"
+#include "sum/Measure.h"
 #include "sum/Messages.h"
 #include "sum/Output.h"
 #include "sum/Progress.h"
@@ -45,23 +46,6 @@ class Printer : public InputSink {
     std::vector<List> lists_;
     std::string lines_;
     bool failed_ = false;
-};
-
-// Finds out how much there is to do.
-class Measure : public InputSink {
-  public:
-    void File(const Name& name) override {
-        platform::EntryStatus status;
-        ++amount_.files;
-        if (name != "-" && platform::LookAt(name, true, status) == 0)
-            amount_.bytes += status.size;
-    }
-    void Trouble(const Name&, const std::string&) override {} // is told when it is met again
-
-    const Amount& Found() const { return amount_; }
-
-  private:
-    Amount amount_;
 };
 
 Name OutputNameFor(const FunctionChoice& choice, Name output) {
@@ -132,11 +116,8 @@ void Printer::Told(const Name& name, const FileResult& result) {
 
 int Printer::Run() {
     const std::vector<platform::FileIdentity> ownFiles = OwnFiles();
-    if (progress_.IsShown() && options_.namesFrom != "-") {
-        Measure measure;
-        ForEachInput(options_, ownFiles, measure);
-        progress_.SetTotal(measure.Found());
-    }
+    if (progress_.IsShown() && options_.namesFrom != "-")
+        progress_.SetTotal(AmountOfInputs(options_, ownFiles));
     ForEachInput(options_, ownFiles, *this);
     queue_.Finish();
     Out().Flush();

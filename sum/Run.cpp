@@ -7,7 +7,10 @@
 #include "sum/Messages.h"
 #include "sum/Output.h"
 #include "sum/Print.h"
+#include "sum/Tree.h"
+#include "sum/TreeError.h"
 
+#include <algorithm>
 #include <new>
 
 namespace sum {
@@ -22,20 +25,42 @@ std::string PageText(Instead::Page page, const Tool& tool) {
     return page == Instead::Page::version ? VersionText(tool) : FunctionList();
 }
 
+// Whatever goes wrong is no difference.
+int Compare(const Options& options) {
+    try {
+        return CompareTree(options);
+    } catch (const TreeError& error) {
+        Say(error.what());
+    } catch (const OutputError& error) {
+        SayAtOnce(error.what());
+    } catch (const std::bad_alloc&) {
+        SayAtOnce("memory exhausted");
+    }
+    return treeTrouble;
+}
+
 int RunWith(const Options& options) {
     if (options.debug)
         Say(DebugText(options));
-    const int status = options.check ? Check(options) : Print(options);
+    const int status = options.list ? Compare(options) : options.check ? Check(options) : Print(options);
     Out().Flush();
     return status;
 }
 
-int Fail(const UsageError& error) {
+// Whether the command line asks for a comparison, even if it makes no sense. No other long options
+// begin so.
+bool AsksForComparison(std::span<const std::string> arguments) {
+    return std::ranges::any_of(arguments, [](const std::string& argument) {
+        return argument.starts_with("--au") || argument.starts_with("--up");
+    });
+}
+
+int Fail(const UsageError& error, std::span<const std::string> arguments) {
     if (*error.what() != '\0')
         Say(error.what());
     if (error.GivesAdvice())
         SayAdvice();
-    return failure;
+    return AsksForComparison(arguments) ? treeTrouble : failure;
 }
 
 int RunAs(const Tool& tool, std::span<const std::string> arguments) {
@@ -46,7 +71,7 @@ int RunAs(const Tool& tool, std::span<const std::string> arguments) {
         Out().Flush();
         return 0;
     } catch (const UsageError& error) {
-        return Fail(error);
+        return Fail(error, arguments);
     }
 }
 

@@ -105,7 +105,7 @@ void Walk::Meet(std::string_view name, EntryKind kind) {
 
 void Walk::MeetDirectory() {
     platform::EntryStatus status;
-    if (!IsEntered(options_.rules, path_, below_))
+    if (!IsEntered(options_.rules, Shown(), below_ - options_.hidden))
         return;
     if (options_.follow || options_.oneFileSystem) {
         if (!LookAtPath(status, options_.follow))
@@ -117,7 +117,7 @@ void Walk::MeetDirectory() {
 }
 
 void Walk::MeetFile() {
-    if (Counts(options_.rules, path_, below_) && !IsOwn())
+    if (Counts(options_.rules, Shown(), below_ - options_.hidden) && !IsOwn())
         sink_.File(path_);
 }
 

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace sum {
@@ -42,6 +43,7 @@ class Walk {
     void MeetDirectory();
     void MeetFile();
     bool IsOwn() const;
+    std::string_view Shown() const { return std::string_view(path_).substr(options_.hidden); }
     bool LookAtPath(platform::EntryStatus& status, bool follow) const;
 
     const Options& options_;

@@ -12,6 +12,8 @@ _fyrnsum_items() { # LIST WORDS
 _fyrnsum_values() { # OPTION TEXT
   case $1 in
     -a | --algorithm) _fyrnsum_items "$2" "$(command fyrnsum --list-functions | cut -d ' ' -f 1) sha2 sha3" ;;
+    --audit | --update) compgen -f -- "$2" ;;
+    --accept-changes) compgen -W all -- "$2" ;;
     --format) compgen -W 'gnu bsd sfv hashdeep bagit' -- "$2" ;;
     -C | --directory) compgen -d -- "$2" ;;
   esac

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// The files that a comparison reads and writes itself: they are no part of the tree.
+#pragma once
+
+#include "platform/NewFile.h"
+#include "sum/Name.h"
+
+#include <vector>
+
+namespace sum {
+
+class OwnFiles {
+  public:
+    // The list, its state, its older version, and what a run that was killed has left beside it.
+    explicit OwnFiles(const Name& list);
+
+    // The file that has this name now, if there is one.
+    void Add(const Name& name);
+    void Add(const platform::FileIdentity& identity) { identities_.push_back(identity); }
+
+    bool Has(const platform::FileIdentity& identity) const;
+
+    // Whether this is an incomplete new list. Looks at names only, unless they are of that kind.
+    bool IsTemporary(const Name& name) const;
+
+  private:
+    std::vector<platform::FileIdentity> identities_;
+    platform::FileIdentity directory_; // where the list is
+};
+
+// The names of what belongs to a list.
+Name StateOf(const Name& list);
+Name OlderOf(const Name& list);
+
+} // namespace sum
