@@ -22,9 +22,7 @@ struct KeptDigest {
     std::uint32_t function; // its number in FunctionNumbers
     std::uint32_t size;     // bytes
 
-    std::span<const std::byte> Bytes() const {
-        return {reinterpret_cast<const std::byte*>(this + 1), size};
-    }
+    std::span<const std::byte> Bytes() const { return {reinterpret_cast<const std::byte*>(this + 1), size}; }
 };
 
 // What a file held when it was read.
@@ -48,14 +46,14 @@ struct Entry {
         leftOut  // it is no part of the tree that is compared
     };
 
-    std::string_view name; // as the list spells it
-    std::string_view key;  // as paths are compared
-    Content listed;        // digests of the list; size and time are those of the list's state
-    const Content* found = nullptr;   // what changed
-    const FoundFile* file = nullptr;  // what it is called now, when it was renamed
-    std::uint64_t listedSize = 0;     // in units
-    std::uint32_t reason = 0;         // why it is unread: its number in Reasons
-    std::uint16_t sizeUnit = 0;       // bytes; 0: the list tells no size
+    std::string_view name;           // as the list spells it
+    std::string_view key;            // as paths are compared
+    Content listed;                  // digests of the list; size and time are those of the list's state
+    const Content* found = nullptr;  // what changed
+    const FoundFile* file = nullptr; // what it is called now, when it was renamed
+    std::uint64_t listedSize = 0;    // in units
+    std::uint32_t reason = 0;        // why it is unread: its number in Reasons
+    std::uint16_t sizeUnit = 0;      // bytes; 0: the list tells no size
     Found state = Found::unmet;
     bool isMet = false;   // by the walk
     bool isKnown = false; // `listed` was found to be true already
@@ -127,8 +125,7 @@ class Entries {
     const std::deque<Entry>& All() const { return entries_; }
 
     // A digest in front of others.
-    const KeptDigest* Keep(std::uint32_t function, std::span<const std::byte> digest,
-                           const KeptDigest* next);
+    const KeptDigest* Keep(std::uint32_t function, std::span<const std::byte> digest, const KeptDigest* next);
     const Content* Keep(const Content& content);
     std::string_view Keep(std::string_view text) { return arena_.Keep(text); }
 

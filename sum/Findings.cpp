@@ -7,8 +7,8 @@ namespace sum {
 
 std::string_view TextOf(Outcome outcome) {
     constexpr std::array<std::string_view, outcomeCount> texts = {
-        "OK",   "NEW",      "MISSING", "CHANGED", "CHANGED, same size and time", "RENAMED",
-        "COPY", "NOT READ", "LEFT OUT"};
+        "OK",      "NEW",  "MISSING",  "CHANGED", "CHANGED, same size and time",
+        "RENAMED", "COPY", "NOT READ", "LEFT OUT"};
     return texts[static_cast<std::size_t>(outcome)];
 }
 

@@ -70,8 +70,7 @@ std::string LineStyle::Line(const Name& name, std::uint64_t size,
             row += (columns_[i] == "size" ? std::to_string(size) : Text(digests[next++])) + ',';
         return row + written;
     }
-    const std::string start =
-        (names_ == Names::backslash && NeedsEscape(name) ? "\\" : "") + before_;
+    const std::string start = (names_ == Names::backslash && NeedsEscape(name) ? "\\" : "") + before_;
     if (kind_ == Kind::nameFirst)
         return start + written + between_ + Text(digests[0]);
     return start + Text(digests[0]) + between_ + written;

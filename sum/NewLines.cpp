@@ -72,7 +72,8 @@ void NewLines::TakeIn(const std::deque<FoundFile>& files) {
         if (isListed && !staysInPlace)
             new_.push_back(&file);
     }
-    std::ranges::sort(new_, [this](const FoundFile* a, const FoundFile* b) { return IsBefore(a->key, b->key); });
+    std::ranges::sort(new_,
+                      [this](const FoundFile* a, const FoundFile* b) { return IsBefore(a->key, b->key); });
 }
 
 void NewLines::Write(const std::deque<FoundFile>& files) {
@@ -145,7 +146,8 @@ void NewLines::WriteNew(const FoundFile& file) {
         lines.push_back(style.style.Line(name, file.content.size, spans));
         written.push_back(std::move(choices));
     }
-    const bool holds = std::ranges::all_of(lines, [&](const std::string& line) { return IsReadAs(line, name); });
+    const bool holds =
+        std::ranges::all_of(lines, [&](const std::string& line) { return IsReadAs(line, name); });
     if (lines.empty() || !holds) {
         refused_.push_back(&file);
         return;

@@ -52,12 +52,12 @@ class NewLines {
     ListFile file_;
     ListLines checker_; // knows the beginning of the list
     ListRecord record_;
-    std::string text_;              // of the record
-    bool isStarted_ = false;        // something was written
-    bool needsEnd_ = false;         // the last line has none
-    bool carriageReturns_ = false;  // lines end in CR LF
-    bool hasEntry_ = false;         // a line with an entry was met
-    std::vector<std::string> held_; // comments that belong to the next entry, with their ends
+    std::string text_;                  // of the record
+    bool isStarted_ = false;            // something was written
+    bool needsEnd_ = false;             // the last line has none
+    bool carriageReturns_ = false;      // lines end in CR LF
+    bool hasEntry_ = false;             // a line with an entry was met
+    std::vector<std::string> held_;     // comments that belong to the next entry, with their ends
     std::vector<const FoundFile*> new_; // sorted; each is put in its place
     std::size_t next_ = 0;
     std::deque<const FoundFile*> refused_;

@@ -54,7 +54,9 @@ class Comparison : public InputSink {
     void Trouble(const Name& name, const std::string& reason) override;
 
   private:
-    std::string_view KeyOfPath(const Name& path) { return KeyOf(std::string_view(path).substr(walked_.hidden), buffer_); }
+    std::string_view KeyOfPath(const Name& path) {
+        return KeyOf(std::string_view(path).substr(walked_.hidden), buffer_);
+    }
     void Meet(Entry& entry, const Name& name);
     void MeetNew(std::string_view key, const Name& name);
     bool HasLookedTheSame(Entry& entry, const Name& name);
@@ -87,8 +89,8 @@ class Comparison : public InputSink {
 
 Comparison::Comparison(const Options& options)
     : options_(options), walked_(WalkedBy(options)), progress_(options),
-      queue_(options.jobs, &progress_, Opening::stored), own_(*options.list),
-      scope_(walked_), list_(options, scope_, progress_, start_) {
+      queue_(options.jobs, &progress_, Opening::stored), own_(*options.list), scope_(walked_),
+      list_(options, scope_, progress_, start_) {
     if (options.output) {
         output_.emplace(*options.output);
         own_.Add(*options.output);
@@ -114,7 +116,8 @@ void Comparison::Meet(Entry& entry, const Name& name) {
         entry.state = Entry::Found::same;
         return;
     }
-    queue_.Add(name, list_.FunctionsOf(entry), [this, &entry](const FileResult& result) { Told(entry, result); });
+    queue_.Add(name, list_.FunctionsOf(entry),
+               [this, &entry](const FileResult& result) { Told(entry, result); });
 }
 
 // Whether the file need not be read.
@@ -253,8 +256,8 @@ int Comparison::Status() const {
     };
     if (differs(Outcome::changed) || differs(Outcome::changedUnseen))
         return 1;
-    const std::uint64_t others = count(Outcome::isNew) + count(Outcome::missing) + count(Outcome::renamed) +
-                                 count(Outcome::copy);
+    const std::uint64_t others =
+        count(Outcome::isNew) + count(Outcome::missing) + count(Outcome::renamed) + count(Outcome::copy);
     return others != 0 && !options_.update ? 1 : 0;
 }
 

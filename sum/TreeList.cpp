@@ -146,8 +146,7 @@ void TreeList::LearnFromNone(ListFile& file) {
     isDotted_ = options_.operands[0] == "." || options_.operands[0].starts_with("./");
     styles_.push_back(
         {numbers,
-         isSfv ? LineStyle::Sfv()
-               : LineStyle::Untagged(file.HasPercentNames(), file.Reader().EndsInNul()),
+         isSfv ? LineStyle::Sfv() : LineStyle::Untagged(file.HasPercentNames(), file.Reader().EndsInNul()),
          true});
 }
 
@@ -260,6 +259,7 @@ FunctionSet TreeList::FunctionsOf(const Entry& entry) {
     FunctionSet& set = sets_[numbers];
     if (!set) {
         std::vector<FunctionChoice> choices;
+        choices.reserve(numbers.size());
         for (const std::uint32_t number : numbers)
             choices.push_back(entries_.Functions()[number]);
         set = std::make_shared<const std::vector<FunctionChoice>>(std::move(choices));

@@ -113,9 +113,8 @@ void Update::WriteState(const std::deque<FoundFile>& files) const {
                               file.kind == FoundFile::Kind::renamed;
         if (!isListed || refused_.contains(&file))
             continue;
-        const KeptDigest* const digests = file.kind == FoundFile::Kind::renamed
-                                              ? file.origin->listed.digests
-                                              : file.content.digests;
+        const KeptDigest* const digests =
+            file.kind == FoundFile::Kind::renamed ? file.origin->listed.digests : file.content.digests;
         state.Write(RecordOf(list_.Spelled(file.key), digests, file.content, functions).Line());
     }
     state.Complete();
