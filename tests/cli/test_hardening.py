@@ -40,6 +40,10 @@ class Hardening(unittest.TestCase):
         checked = set(re.findall(r" (__\w+_chk)@", readelf("--dyn-syms")))
         self.assertTrue(checked, "no call of a checking function")
 
+    @unittest.skipIf(INSTRUMENTED, "sanitizers bring threads")
+    def test_it_starts_no_thread_and_no_process(self):
+        self.assertNotRegex(readelf("--dyn-syms"), r" (pthread_create|clone3?|fork|vfork|posix_spawnp?|system|execv\w*)@")
+
     def test_no_library_is_searched_for_beside_the_program(self):
         self.assertNotRegex(readelf("--dynamic"), r"\((RPATH|RUNPATH)\)")
 
