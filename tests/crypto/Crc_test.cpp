@@ -89,13 +89,6 @@ class Crc : public testing::Test {
     CCrypto_Crc engine_{nullptr};
 };
 
-TEST_F(Crc, DefaultsGiveTheCatalogueValuesOfTheNineDigits) {
-    const Texts texts = OfDigits();
-    EXPECT_EQ(texts.crc16, "b4c8");
-    EXPECT_EQ(texts.crc32, "cbf43926");
-    EXPECT_EQ(texts.crc64, "b90956c775a41001");
-}
-
 TEST_F(Crc, Polynomial0x8005IsUsedAsARightShiftingConstant) {
     engine_.Crc16_SetPolynomial(0x8005);
     EXPECT_EQ(OfDigits().crc16, "c284");
