@@ -3,6 +3,8 @@
 """Every kind of list against everything that may be wrong with it: status, both outputs and totals."""
 import hashlib
 import os
+import shutil
+import subprocess
 import unittest
 
 from checking import (CheckCase, DIFFERENT, MALFORMED, UNREAD, base64_of, bsd_sum, crc32, digest_of, posix_cksum,
@@ -83,6 +85,16 @@ def report(name, digest, _size):
     return f"{name}\n  {digest}"
 
 
+def upper(line):
+    return lambda name, digest, size: line(name, digest.upper(), size)
+
+
+def xxh3(data):
+    """Of 64 bits, by xxhsum, whose newer versions also write XXH3_ before it."""
+    done = subprocess.run(["xxhsum", "-H3"], input=data, capture_output=True, check=True)
+    return done.stdout.decode().split()[-1]
+
+
 SIGNED = "-----BEGIN PGP SIGNED MESSAGE-----\nHash: SHA512\n\n"
 SIGNATURE = "-----BEGIN PGP SIGNATURE-----\n\niQEzBAEBCgAdFiEE\n=Ab3d\n-----END PGP SIGNATURE-----\n"
 TABLE = "%%%% HASHDEEP-1.0\n%%%% size,md5,sha256,filename\n## Invoked from: /\n## \n"
@@ -96,6 +108,7 @@ KINDS = [
     hex_kind("sha256", "upper case", gnu("  ", upper=True), tells_newline=True),
     hex_kind("sha256", "named function", gnu("  "), tells_newline=True, options=("-a", "sha256")),
     hex_kind("sha384", "tag", tagged("SHA384 (", ") = "), tells_newline=True),
+    hex_kind("sha512", "upper case after a tag", upper(tagged("SHA512 (", ") = ")), tells_newline=True),
     hex_kind("sha3_256", "tag without blanks", tagged("SHA3-256(", ")= "), tells_newline=True),
     hex_kind("md5", "aligned tag", tagged("MD5   (", ") = "), tells_newline=True),
     kind_of(blake2b_256, "tag with a length", tagged("BLAKE2b-256 (", ") = "), tells_newline=True),
@@ -104,6 +117,7 @@ KINDS = [
     kind_of(lambda data: base64_of("sha512", data), "base64 with a tag", tagged("SHA512 (", ") = "), tells_newline=True),
     hex_kind("sha256", "function and colon", lambda name, digest, _: f"sha256:{digest}  {name}"),
     hex_kind("sha256", "size column", lambda name, digest, size: f"{size:10}  {digest}  {name}"),
+    kind_of(lambda data: str(len(data)), "size", tagged("SIZE (", ") = "), cut_changes=True, tells_newline=True),
     kind_of(lambda data: str(posix_cksum(data)), "cksum", lambda name, digest, size: f"{digest} {size} {name}",
             cut_changes=True),
     kind_of(lambda data: f"{bsd_sum(data):05}", "sum", lambda name, digest, size: f"{digest} {-(-size // 1024):5} {name}",
@@ -121,6 +135,8 @@ KINDS = [
     hex_kind("sha256", "NUL with tags", lambda name, digest, _: f"SHA256 ({name}) = {digest}", ends="\0",
              tells_newline=True),
 ]
+if shutil.which("xxhsum"):
+    KINDS.append(kind_of(xxh3, "function and underscore", lambda name, digest, _: f"XXH3_{digest}  {name}"))
 
 CONTENTS = {PLAIN: b"a", VICTIM: b"some bytes " * 100, LAST: b"", NEWLINE: b"n", BACKSLASH: b"b", CLOSING: b"c" * 600}
 
@@ -220,6 +236,23 @@ class Matrix(CheckCase):
     def test_no_final_line_end(self):
         for kind in KINDS:
             self.expect(kind, kind.text(self.entries(kind)).removesuffix(kind.ends), 0, f"{VICTIM}: OK\n")
+
+    def test_a_digest_alone(self):
+        """The list is named after its one file, and holds nothing else."""
+        right = hashlib.sha256(CONTENTS[VICTIM]).hexdigest()
+        ok, failed = f"{VICTIM}: OK\n", f"{VICTIM}: FAILED\n"
+        none = "fyrnsum: victim.sha256: no properly formatted checksum lines found\n"
+        for text, status, output, errors in (
+                (right + "\n", 0, ok, ""), (hashlib.sha256(b"other").hexdigest() + "\n", 1, failed, warning(1, DIFFERENT)),
+                (right[:-1] + "\n", 1, "", none), (right + "\r\n", 0, ok, ""), (right, 0, ok, ""), ("\ufeff" + right, 0, ok, ""),
+                (("\ufeff" + right + "\n").encode("utf-16-le"), 0, ok, ""), (("\ufeff" + right).encode("utf-16-be"), 0, ok, "")):
+            self.write("victim.sha256", text if isinstance(text, bytes) else text.encode())
+            with self.subTest(text=text):
+                self.assert_check(("victim.sha256",), status, output, errors)
+        os.remove(self.path(VICTIM))
+        self.write("victim.sha256", right.encode())
+        self.assert_check(("victim.sha256",), 1, f"{VICTIM}: FAILED open or read\n",
+                          f"fyrnsum: {VICTIM}: No such file or directory\n" + warning(1, UNREAD))
 
 
 if __name__ == "__main__":
