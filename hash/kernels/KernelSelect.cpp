@@ -92,6 +92,7 @@ constexpr Candidate<SkeinBlocks> skein1024[] = {
 };
 
 constexpr Candidate<Sm3Blocks> sm3[] = {
+    {"avx2", cpu::avx2 | cpu::bmi, X86(Sm3_Blocks_X86Avx2)},
     {"bmi", cpu::bmi, X86(Sm3_Blocks_X86Bmi)},
     {"portable", cpu::none, Sm3_Blocks_Portable},
 };

@@ -11,6 +11,7 @@ namespace fyrn::kernels {
 using Sm3Blocks = void(std::uint32_t state[8], const std::uint8_t* blocks, std::size_t count);
 
 Sm3Blocks Sm3_Blocks_Portable;
+Sm3Blocks Sm3_Blocks_X86Avx2;
 Sm3Blocks Sm3_Blocks_X86Bmi;
 
 } // namespace fyrn::kernels
