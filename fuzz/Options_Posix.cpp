@@ -52,14 +52,15 @@ struct LibraryTable {
         for (const sum::OptionRow& row : sum::OptionTable()) {
             if (!sum::Has(row, tool))
                 continue;
-            const bool takesOne = !row.argument.empty();
+            const int takes = row.argument.empty()   ? no_argument
+                              : sum::IsOptional(row) ? optional_argument
+                                                     : required_argument;
             if (row.letter != 0)
-                letters.append(1, row.letter).append(takesOne ? ":" : "");
+                letters.append(1, row.letter).append(static_cast<std::size_t>(takes), ':');
             if (row.name.empty())
                 continue;
             const std::string& name = names.emplace_back(row.name);
-            options.push_back({name.c_str(), takesOne ? required_argument : no_argument, nullptr,
-                               IdOffset + static_cast<int>(row.id)});
+            options.push_back({name.c_str(), takes, nullptr, IdOffset + static_cast<int>(row.id)});
         }
         options.push_back({});
     }
@@ -113,6 +114,8 @@ void CheckOptions(const sum::Options& options) {
     fuzz::Require(options.jobs > 0, "there is a job");
     fuzz::Require(options.namesFrom || !options.operands.empty(), "there is something to read");
     fuzz::Require(!options.namesFrom || !options.namesGiven, "names come from one place");
+    fuzz::Require(!options.check || !options.list, "a list is checked or compared with a tree");
+    fuzz::Require(!options.update || options.list != "-", "what is written anew is a file");
     fuzz::Require(!options.check || (!options.zero && !options.output && options.rules.empty()),
                   "a check has no option that would do nothing");
     const bool raw = options.encoding == sum::Encoding::raw;
