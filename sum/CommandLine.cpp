@@ -149,6 +149,9 @@ void Reader::Take(const GivenOption& given) {
         return TakeList(given);
     case OptionId::acceptChanges:
         return TakeAcceptance(given.argument);
+    case OptionId::resume:
+        options_.resume = true;
+        return;
     case OptionId::quick:
         options_.quick = true;
         return;
@@ -259,6 +262,8 @@ void Reader::CheckThatTreeOptionsAreOfUse() const {
                          " are mutually exclusive");
     if (options_.acceptance != Acceptance::none && !options_.update)
         throw UsageError("the --accept-changes option is meaningful only with --update");
+    if (options_.resume && (!options_.output || options_.list))
+        throw UsageError("the --resume option is meaningful only with --output, when printing");
     if (options_.quick && !options_.list)
         throw UsageError("the --quick option is meaningful only with --audit and --update");
     if (options_.verbose && !options_.list)

@@ -34,6 +34,7 @@ constexpr OptionRow table[] = {
     {json, 0, "json", "", own, "write one JSON object a line for each file"},
     {format, 0, "format", "FORM", own, "write lines for other programs: gnu, bsd, sfv, hashdeep or bagit"},
     {output, 'o', "output", "FILE", own, "write to FILE, which appears when it is complete; with {alg} in its name one file for each function"},
+    {resume, 0, "resume", "", own, "with --output, go on where a run was killed, and keep a journal for that"},
     {recursive, 'r', "recursive", "", own, "hash all files below directories"},
     {follow, 'L', "follow", "", own, "follow symbolic links in directories"},
     {oneFileSystem, 'x', "one-file-system", "", own, "stay on the file system where a directory begins"},

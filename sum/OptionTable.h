@@ -41,6 +41,7 @@ enum class OptionId {
     quiet,
     raw,
     recursive,
+    resume,
     status,
     strict,
     sysv,

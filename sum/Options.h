@@ -77,7 +77,8 @@ struct Options {
     bool namesEndInNul = false;
 
     std::optional<Name> output;
-    unsigned jobs = 1; // the command line's default: the processors that can be used
+    bool resume = false; // goes on where a run with the same output was killed
+    unsigned jobs = 1;   // the command line's default: the processors that can be used
     Watch progress = Watch::automatic;
     bool debug = false;
 };

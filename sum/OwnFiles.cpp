@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "sum/OwnFiles.h"
 
+#include "sum/Journal.h"
+
 #include <algorithm>
 
 namespace sum {
@@ -27,6 +29,7 @@ OwnFiles::OwnFiles(const Name& list) {
     Add(list);
     Add(StateOf(list));
     Add(OlderOf(list));
+    Add(JournalOf(list));
     if (platform::LookAt(DirectoryOf(list), true, status) == 0)
         directory_ = status.identity;
 }

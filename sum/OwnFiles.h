@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The files that a comparison reads and writes itself: they are no part of the tree.
+// The files that a run reads and writes itself: they are no part of the tree.
 #pragma once
 
 #include "platform/NewFile.h"
@@ -18,6 +18,7 @@ class OwnFiles {
     void Add(const Name& name);
     void Add(const platform::FileIdentity& identity) { identities_.push_back(identity); }
 
+    const std::vector<platform::FileIdentity>& Identities() const { return identities_; }
     bool Has(const platform::FileIdentity& identity) const;
 
     // Whether this is an incomplete new list. Looks at names only, unless they are of that kind.

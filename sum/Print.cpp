@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "sum/Print.h"
 
+#include "sum/FileTime.h"
 #include "sum/HashQueue.h"
 #include "sum/Inputs.h"
+#include "sum/Journal.h"
 #include "sum/Line.h"
 #include "sum/Measure.h"
 #include "sum/Messages.h"
 #include "sum/Output.h"
+#include "sum/OwnFiles.h"
 #include "sum/Progress.h"
 
+#include <algorithm>
 #include <deque>
+#include <optional>
 
 namespace sum {
 
@@ -33,7 +38,7 @@ class Printer : public InputSink {
     void Trouble(const Name& name, const std::string& reason) override;
 
   private:
-    std::vector<platform::FileIdentity> OwnFiles() const;
+    std::vector<platform::FileIdentity> OwnIdentities() const;
     void AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output);
     void Told(const Name& name, const FileResult& result);
     void Fail(const Name& name, const std::string& reason);
@@ -43,7 +48,9 @@ class Printer : public InputSink {
     Progress progress_;
     HashQueue queue_;
     std::deque<OutputFile> outputs_;
+    std::vector<OwnFiles> own_; // of each output
     std::vector<List> lists_;
+    std::optional<Journal> journal_; // with --resume
     std::string lines_;
     bool failed_ = false;
 };
@@ -58,6 +65,8 @@ Name OutputNameFor(const FunctionChoice& choice, Name output) {
 Printer::Printer(const Options& options)
     : options_(options), functions_(std::make_shared<const std::vector<FunctionChoice>>(options.functions)),
       progress_(options), queue_(options.jobs, &progress_) {
+    if (options.resume)
+        journal_.emplace(JournalOf(*options.output), functions_, Now());
     if (!HasOneOutputForEach(options)) {
         AddList(functions_, 0, options.output);
         return;
@@ -71,26 +80,37 @@ Printer::Printer(const Options& options)
 
 void Printer::AddList(FunctionSet functions, std::size_t first, const std::optional<Name>& output) {
     LineSink* sink = &Out();
-    if (output)
+    if (output) {
         sink = &outputs_.emplace_back(*output);
+        own_.emplace_back(*output);
+        own_.back().Add(JournalOf(*options_.output));
+    }
     lists_.push_back({LineWriter(options_, std::move(functions)), sink, first});
     sink->Write(lists_.back().writer.Header());
 }
 
-// What the lists are before the run, and what they are being written to.
-std::vector<platform::FileIdentity> Printer::OwnFiles() const {
+// What the lists are before the run, with what belongs to them, and what they are being written to.
+std::vector<platform::FileIdentity> Printer::OwnIdentities() const {
     std::vector<platform::FileIdentity> own;
-    for (const OutputFile& output : outputs_) {
-        platform::EntryStatus status;
+    for (const OutputFile& output : outputs_)
         own.push_back(output.Identity());
-        if (platform::LookAt(output.FileName(), true, status) == 0)
-            own.push_back(status.identity);
-    }
+    for (const OwnFiles& files : own_)
+        own.insert(own.end(), files.Identities().begin(), files.Identities().end());
     return own;
 }
 
 void Printer::File(const Name& name) {
-    queue_.Add(name, functions_, [this, name](const FileResult& result) { Told(name, result); });
+    if (std::ranges::any_of(own_, [&](const OwnFiles& own) { return own.IsTemporary(name); }))
+        return;
+    const bool isNoted = journal_ && name != "-";
+    const std::optional<FileResult> known = isNoted ? journal_->Find(name) : std::nullopt;
+    if (known)
+        return queue_.AddNote([this, name, result = *known] { Told(name, result); });
+    queue_.Add(name, functions_, [this, name, isNoted](const FileResult& result) {
+        Told(name, result);
+        if (isNoted && result.error == 0)
+            journal_->Add(name, result);
+    });
 }
 
 void Printer::Trouble(const Name& name, const std::string& reason) {
@@ -115,7 +135,7 @@ void Printer::Told(const Name& name, const FileResult& result) {
 }
 
 int Printer::Run() {
-    const std::vector<platform::FileIdentity> ownFiles = OwnFiles();
+    const std::vector<platform::FileIdentity> ownFiles = OwnIdentities();
     if (progress_.IsShown() && options_.namesFrom != "-")
         progress_.SetTotal(AmountOfInputs(options_, ownFiles));
     ForEachInput(options_, ownFiles, *this);
@@ -123,6 +143,8 @@ int Printer::Run() {
     Out().Flush();
     for (OutputFile& output : outputs_)
         output.Complete();
+    if (journal_)
+        journal_->Remove();
     return failed_ ? 1 : 0;
 }
 
