@@ -22,6 +22,25 @@ void StoreValue(std::uint8_t* bytes, const std::uint32_t* words, std::size_t cou
         kernels::StoreLittle(bytes + 4 * i, words[i]);
 }
 
+// The value of a subtree of whole chunks, a power of two of them, of which the first has the number `first`.
+void SubtreeValue(std::uint8_t* value, const std::uint8_t* bytes, std::size_t chunks, std::uint64_t first) {
+    const auto compress = kernels::Kernels().blake3Nodes;
+    if (chunks > maxSubtree) {
+        const std::size_t half = chunks / 2;
+        std::uint8_t pair[2 * kernels::blake3ValueSize];
+        SubtreeValue(pair, bytes, half, first);
+        SubtreeValue(pair + kernels::blake3ValueSize, bytes + half * kernels::blake3ChunkSize, half,
+                     first + half);
+        return compress(value, pair, 1, Blake3Level::parents, 0);
+    }
+    std::uint8_t values[2][maxSubtree * kernels::blake3ValueSize];
+    compress(values[0], bytes, chunks, Blake3Level::chunks, first);
+    int level = 0;
+    for (std::size_t nodes = chunks / 2; nodes != 0; nodes /= 2, level ^= 1)
+        compress(values[level ^ 1], values[level], nodes, Blake3Level::parents, 0);
+    std::copy_n(values[level], kernels::blake3ValueSize, value);
+}
+
 } // namespace
 
 void Blake3Stream::Reset() {
@@ -88,28 +107,37 @@ std::size_t Blake3Stream::AddSubtree(const std::uint8_t* bytes, std::size_t coun
     if (chunks_ != 0)
         nodes = static_cast<std::size_t>(
             std::min<std::uint64_t>(nodes, std::uint64_t{1} << std::countr_zero(chunks_)));
-    const std::size_t chunks = nodes;
-    std::uint8_t values[2][maxSubtree * valueSize];
-    const kernels::KernelSet& chosen = kernels::Kernels();
-    chosen.blake3Nodes(values[0], bytes, nodes, Blake3Level::chunks, chunks_);
-    int level = 0;
-    for (; nodes != 1; level ^= 1) {
-        nodes /= 2;
-        chosen.blake3Nodes(values[level ^ 1], values[level], nodes, Blake3Level::parents, 0);
-    }
-    Push(values[level], chunks);
-    return chunks * chunkSize;
+    std::uint8_t value[valueSize];
+    SubtreeValue(value, bytes, nodes, chunks_);
+    Push(value, nodes);
+    return nodes * chunkSize;
 }
 
-// Adds the root of the next subtree. Subtrees of one size become one when more follows, which is now: as many wait as
-// the number of chunks has ones.
-void Blake3Stream::Push(const std::uint8_t* value, std::uint64_t chunks) {
+void Blake3Stream::Part(std::uint64_t number, const std::uint8_t* bytes, std::uint8_t* value) const {
+    constexpr std::size_t chunks = partSize / chunkSize;
+    SubtreeValue(value, bytes, chunks, number * chunks);
+}
+
+void Blake3Stream::AddPart(const std::uint8_t* value) {
+    if (ChunkFill() == chunkSize)
+        FinishChunk();
+    Push(value, partSize / chunkSize);
+}
+
+// Makes one of subtrees of one size, as long as there are any: then as many wait as the number of chunks has ones. Only
+// when more follows, because the last one of all is the root.
+void Blake3Stream::JoinEqualSubtrees() {
     while (depth_ > std::popcount(chunks_)) {
         --depth_;
         std::uint8_t parent[valueSize];
         kernels::Kernels().blake3Nodes(parent, stack_[depth_ - 1], 1, Blake3Level::parents, 0);
         std::copy_n(parent, valueSize, stack_[depth_ - 1]);
     }
+}
+
+// Adds the root of the next subtree.
+void Blake3Stream::Push(const std::uint8_t* value, std::uint64_t chunks) {
+    JoinEqualSubtrees();
     std::copy_n(value, valueSize, stack_[depth_++]);
     chunks_ += chunks;
 }
@@ -117,6 +145,7 @@ void Blake3Stream::Push(const std::uint8_t* value, std::uint64_t chunks) {
 // The last chunk is joined with the subtrees that wait, the smallest first. The node that is left over is the root, which
 // gives as many blocks as are wanted.
 void Blake3Stream::Finish(std::uint8_t* digest) {
+    JoinEqualSubtrees(); // the last chunk follows
     const auto compress = kernels::Kernels().blake3;
     std::uint32_t value[8];
     std::copy_n(value_, 8, value);

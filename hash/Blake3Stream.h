@@ -11,6 +11,8 @@ namespace fyrn::hash {
 // BLAKE3 without a key, with a digest of any length. The message is a binary tree of chunks of 1,024 bytes, whose nodes
 // are compressed side by side.
 class Blake3Stream {
+    static constexpr std::size_t chunkSize = kernels::blake3ChunkSize;
+
   public:
     static constexpr std::size_t blockSize = kernels::blake3BlockSize;
 
@@ -22,6 +24,11 @@ class Blake3Stream {
     // Takes in bytes of the message. The last block always stays back.
     void Update(const std::uint8_t* bytes, std::size_t count);
 
+    // Parts of a message that are hashed apart (fyrn_hash_part), and taken in by their values.
+    static constexpr std::size_t partSize = 512 * chunkSize;
+    void Part(std::uint64_t number, const std::uint8_t* bytes, std::uint8_t* value) const;
+    void AddPart(const std::uint8_t* value);
+
     // Finishes the tree and writes the digest. Reset begins the next message.
     void Finish(std::uint8_t* digest);
 
@@ -29,7 +36,6 @@ class Blake3Stream {
 
   private:
     static constexpr int maxDepth = 54; // of a tree of 2^64 bytes
-    static constexpr std::size_t chunkSize = kernels::blake3ChunkSize;
     static constexpr std::size_t valueSize = kernels::blake3ValueSize;
 
     void BeginChunk();
@@ -38,6 +44,7 @@ class Blake3Stream {
     void AddToChunk(const std::uint8_t* bytes, std::size_t count);
     void FinishChunk();
     std::size_t AddSubtree(const std::uint8_t* bytes, std::size_t count);
+    void JoinEqualSubtrees();
     void Push(const std::uint8_t* value, std::uint64_t chunks);
 
     std::size_t digestSize_;

@@ -40,4 +40,14 @@ TEST(Lengths, LongMessagesAgreeWithTheReference) {
             ExpectReferenceDigest(function, memory, Message(message).first(length));
 }
 
+// Trees whose complete subtrees wait on several levels when the message ends.
+TEST(Lengths, MessagesThatEndBehindWholeSubtreesAgreeWithTheReference) {
+    const Bytes message = helpers::PseudoRandomBytes(524'289, 3);
+    const fyrn_function* const function = fyrn_function_find("BLAKE3");
+    for (const std::size_t length : {131'073u, 262'144u, 262'145u, 263'169u, 393'217u, 524'288u, 524'289u})
+        EXPECT_EQ(hash_tests::Digest(function, Message(message).first(length)),
+                  hash_tests::Expected(function, Message(message).first(length)))
+            << length << " bytes";
+}
+
 } // namespace

@@ -89,6 +89,21 @@ TEST_F(Pieces, ByteForByte) {
     }
 }
 
+// Whatever waits in buffers and trees when the message ends.
+TEST_F(Pieces, MessagesOfManyLengthsInPieces) {
+    for (const Subject& subject : Subjects())
+        for (const std::size_t piece : {333u, 1024u})
+            for (std::size_t length = 0; length <= 9000; length += 128) {
+                for (const std::size_t end : {length, length + 1}) {
+                    for (std::size_t at = 0; at < end; at += piece)
+                        hash_tests::Update(subject.hash, First(end).subspan(at, std::min(piece, end - at)));
+                    ASSERT_EQ(hash_tests::Finish(subject.hash),
+                              hash_tests::Digest(subject.function, First(end)))
+                        << Name(subject.function) << ", " << end << " bytes by " << piece;
+                }
+            }
+}
+
 TEST_F(Pieces, RandomPiecesOfALongMessage) {
     Random random(1);
     for (const Subject& subject : Subjects()) {
