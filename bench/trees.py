@@ -87,7 +87,7 @@ def compare(options, title, directory, function):
     own = f"'{options.fyrnsum}' -a {function}"
     with open(lists, "w", encoding="utf-8") as file:
         subprocess.run(f"{own} -r {directory}", shell=True, stdout=file, check=True)
-    commands = {"fyrnsum": f"{own} -r {directory}", "fyrnsum -c": f"'{options.fyrnsum}' --quiet -c {lists}"}
+    commands = {"fyrnsum": f"{own} -r {directory}", "fyrnsum -c": f"{own} --quiet -c {lists}"}
     if not options.cold:
         commands["fyrnsum -j1"] = f"{own} -j1 -r {directory}"
     others = peers(function, directory)

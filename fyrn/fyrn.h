@@ -45,6 +45,10 @@ const char* fyrn_function_kernel(const fyrn_function* function);
  * is no faster. */
 size_t fyrn_function_lanes(const fyrn_function* function);
 
+/* The length in bytes of the parts that fyrn_hash_part takes. 0 where the function is no tree: those of BLAKE3 and MD6 are
+ * trees. */
+size_t fyrn_function_part_size(const fyrn_function* function);
+
 /* Begins a message. The caller frees it with fyrn_hash_free. NULL when memory runs out. */
 fyrn_hash* fyrn_hash_new(const fyrn_function* function);
 
@@ -60,6 +64,15 @@ size_t fyrn_hash_digest_size(const fyrn_hash* hash);
 
 /* Takes in bytes of the message. `data` may be NULL when `size` is 0. */
 void fyrn_hash_update(fyrn_hash* hash, const void* data, size_t size);
+
+/* Parts of a message may be hashed apart, in several threads for instance. fyrn_hash_part writes the value, of
+ * FYRN_PART_VALUE_SIZE bytes, of the part of the message that begins at number * fyrn_function_part_size. It leaves the
+ * object as it is, so it may be called for several parts at once. fyrn_hash_add_part takes in the next part by its value
+ * in place of its bytes. What the object took in before must be whole parts, and at least one byte must follow: the end
+ * of a message is always taken in by fyrn_hash_update. */
+#define FYRN_PART_VALUE_SIZE 128
+void fyrn_hash_part(const fyrn_hash* hash, unsigned long long number, const void* data, unsigned char* value);
+void fyrn_hash_add_part(fyrn_hash* hash, const unsigned char* value);
 
 /* Writes the digest, fyrn_hash_digest_size bytes, and begins a new message. */
 void fyrn_hash_finish(fyrn_hash* hash, unsigned char* digest);

@@ -8,8 +8,10 @@
 
 #    include "fyrn/fyrn.h"
 
+#    include <array>
 #    include <cerrno>
 #    include <cstddef>
+#    include <cstdint>
 #    include <filesystem>
 #    include <fstream>
 #    include <memory>
@@ -59,6 +61,9 @@ class Function {
     // How many messages UpdateMany should be given at once to be fastest here.
     std::size_t Lanes() const { return fyrn_function_lanes(row_); }
 
+    // Bytes of the parts that Hasher::Part takes; 0 where the function is no tree.
+    std::size_t PartSize() const { return fyrn_function_part_size(row_); }
+
     const fyrn_function* Row() const { return row_; }
     bool operator==(const Function&) const = default;
 
@@ -99,6 +104,17 @@ class Hasher {
         return *this;
     }
     Hasher& Update(std::string_view text) { return Update(std::as_bytes(std::span(text))); }
+
+    // Parts of a message may be hashed apart, in several threads for instance. Part returns the value of the part that
+    // begins at number * PartSize(), and leaves the hasher as it is. AddPart takes in the next part by its value. What was
+    // taken in before must be whole parts, and at least one byte must follow by Update.
+    using PartValue = std::array<unsigned char, FYRN_PART_VALUE_SIZE>;
+    PartValue Part(std::uint64_t number, const std::byte* data) const {
+        PartValue value = {};
+        fyrn_hash_part(hash_.get(), number, data, value.data());
+        return value;
+    }
+    void AddPart(const PartValue& value) { fyrn_hash_add_part(hash_.get(), value.data()); }
 
     // Returns the digest and begins a new message.
     std::vector<std::byte> Finish() {

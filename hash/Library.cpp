@@ -104,6 +104,10 @@ size_t fyrn_function_block_size(const fyrn_function* function) {
     return function->blockSize;
 }
 
+size_t fyrn_function_part_size(const fyrn_function* function) {
+    return function->stream->partSize;
+}
+
 const char* fyrn_function_kernel(const fyrn_function* function) {
     return function->stream->kernel();
 }
@@ -140,6 +144,15 @@ size_t fyrn_hash_digest_size(const fyrn_hash* hash) {
 
 void fyrn_hash_update(fyrn_hash* hash, const void* data, size_t size) {
     Update(hash, data, size);
+}
+
+void fyrn_hash_part(const fyrn_hash* hash, unsigned long long number, const void* data,
+                    unsigned char* value) {
+    hash->function->stream->part(hash->Stream(), number, static_cast<const std::uint8_t*>(data), value);
+}
+
+void fyrn_hash_add_part(fyrn_hash* hash, const unsigned char* value) {
+    hash->function->stream->addPart(hash->Stream(), value);
 }
 
 void fyrn_hash_finish(fyrn_hash* hash, unsigned char* digest) {

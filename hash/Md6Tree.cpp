@@ -60,9 +60,41 @@ void Md6Tree::UpdateBits(const std::uint8_t* bytes, std::uint64_t bitCount) {
     }
 }
 
+// The value that the nodes of a level, a power of four of them from number `index` on, become at last.
+void Md6Tree::SubtreeValue(std::uint8_t* value, int ell, std::uint64_t index, const std::uint8_t* nodes,
+                           std::uint32_t count) const {
+    std::uint8_t values[2][groupNodes * valueSize];
+    int turn = 0;
+    for (; count != 0; turn ^= 1, index /= 4, count /= 4, ++ell) {
+        CompressFrom(index, values[turn], ell, nodes, count, false, 0);
+        nodes = values[turn];
+    }
+    std::copy_n(nodes, valueSize, value);
+}
+
+void Md6Tree::Part(std::uint64_t number, const std::uint8_t* bytes, std::uint8_t* value) const {
+    constexpr std::uint32_t groups = partSize / blockSize / groupNodes;
+    std::uint8_t values[groups * valueSize];
+    for (std::uint32_t i = 0; i < groups; ++i)
+        SubtreeValue(values + i * valueSize, 1, (number * groups + i) * groupNodes,
+                     bytes + std::size_t{i} * groupNodes * blockSize, groupNodes);
+    SubtreeValue(value, groupHeight + 1, number * (groups / 4), values, groups / 4);
+}
+
+// All nodes that wait are full, and more data follows.
+void Md6Tree::AddPart(const std::uint8_t* value) {
+    std::uint32_t nodes = partSize / blockSize;
+    for (int ell = 1; ell <= partHeight; ++ell, nodes /= 4) {
+        if (levels_[ell].Bits() != 0)
+            Flush(ell, levels_[ell].Nodes());
+        levels_[ell].CountNodes(nodes);
+    }
+    Append(partHeight + 1, value, 1);
+}
+
 // Compresses neighbouring nodes of a level, the last of them padded.
-void Md6Tree::Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes, std::uint32_t count,
-                       bool isRoot, std::uint32_t padding) {
+void Md6Tree::CompressFrom(std::uint64_t index, std::uint8_t* values, int ell, const std::uint8_t* nodes,
+                           std::uint32_t count, bool isRoot, std::uint32_t padding) const {
     std::uint64_t prefix[kernels::md6PrefixWords];
     std::copy_n(key_, 8, std::copy_n(constantQ, 15, prefix));
     const Md6Control control = {rounds_, modeParameter, isRoot, 0, keySize_, digestBits_};
@@ -70,7 +102,7 @@ void Md6Tree::Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes,
     lastControl.padding = padding;
     kernels::Kernels().md6(values, nodes, count,
                            {.prefix = prefix,
-                            .firstId = Md6NodeId(ell, levels_[ell].NextIndex()),
+                            .firstId = Md6NodeId(ell, index),
                             .control = control.Word(),
                             .lastControl = lastControl.Word(),
                             .rounds = rounds_});

@@ -34,6 +34,11 @@ class Md6Tree {
     void Update(const std::uint8_t* bytes, std::size_t count) { UpdateBits(bytes, std::uint64_t{count} * 8); }
     void UpdateBits(const std::uint8_t* bytes, std::uint64_t bitCount);
 
+    // Parts of a message that are hashed apart (fyrn_hash_part), and taken in by their values.
+    static constexpr std::size_t partSize = 1024 * blockSize;
+    void Part(std::uint64_t number, const std::uint8_t* bytes, std::uint8_t* value) const;
+    void AddPart(const std::uint8_t* value);
+
     // Finishes the tree and writes the digest of (digestBits + 7) / 8 bytes. Reset begins the next message.
     void Finish(std::uint8_t* digest);
 
@@ -46,9 +51,11 @@ class Md6Tree {
     static constexpr std::size_t valueSize = 128; // bytes of a chaining value
     static constexpr std::uint32_t valueBits = 8 * valueSize;
 
-    // Compresses `count` neighbouring nodes of a level, of which the last ends in `padding` bits of it.
+    // Compresses the next `count` nodes of a level, of which the last ends in `padding` bits of it.
     void Compress(std::uint8_t* values, int ell, const std::uint8_t* nodes, std::uint32_t count, bool isRoot,
-                  std::uint32_t padding);
+                  std::uint32_t padding) const {
+        CompressFrom(levels_[ell].NextIndex(), values, ell, nodes, count, isRoot, padding);
+    }
 
     // Appends chaining values to a level.
     void Append(int ell, const std::uint8_t* values, std::uint32_t count);
@@ -66,6 +73,14 @@ class Md6Tree {
     int top_; // the highest level in use
 
   private:
+    static constexpr int partHeight = 6;            // levels that a part makes one value of
+    static constexpr std::uint32_t groupNodes = 64; // that are compressed together, 16 groups in a part
+    static constexpr int groupHeight = 4;
+
+    void CompressFrom(std::uint64_t index, std::uint8_t* values, int ell, const std::uint8_t* nodes,
+                      std::uint32_t count, bool isRoot, std::uint32_t padding) const;
+    void SubtreeValue(std::uint8_t* value, int ell, std::uint64_t index, const std::uint8_t* nodes,
+                      std::uint32_t count) const;
     void PassOn(int ell, const std::uint8_t* nodes, std::uint32_t count, std::uint32_t padding);
 
     unsigned int digestBits_;

@@ -21,6 +21,10 @@ struct StreamType {
     // As update for each of up to maxLaneJobs streams; null when there is no kernel for many messages.
     void (*updateMany)(void* const streams[], const std::uint8_t* const data[], const std::size_t sizes[],
                        std::size_t count);
+    // Of a tree: the value of a part of partSize bytes by its number, and such a value taken in. 0 and null otherwise.
+    std::size_t partSize;
+    void (*part)(const void* stream, std::uint64_t number, const std::uint8_t* bytes, std::uint8_t* value);
+    void (*addPart)(void* stream, const std::uint8_t* value);
     void (*finish)(void* stream, std::uint8_t* digest);
     const char* (*kernel)(); // the name of the kernel in use
     std::size_t (*lanes)();  // of the best kernel for many messages here; 1 when there is none
@@ -43,6 +47,20 @@ constexpr auto UpdateManyOf() -> decltype(StreamType::updateMany) {
 }
 
 template <class Stream>
+constexpr void SetParts(StreamType& type) {
+    if constexpr (requires { Stream::partSize; }) {
+        type.partSize = Stream::partSize;
+        type.part = [](const void* stream, std::uint64_t number, const std::uint8_t* bytes,
+                       std::uint8_t* value) {
+            static_cast<const Stream*>(stream)->Part(number, bytes, value);
+        };
+        type.addPart = [](void* stream, const std::uint8_t* value) {
+            static_cast<Stream*>(stream)->AddPart(value);
+        };
+    }
+}
+
+template <class Stream>
 std::size_t LanesOf() {
     if constexpr (requires { Stream::Lanes(); })
         if (const auto* const kernel = kernels::ChooseLanes(Stream::Lanes(), maxLaneJobs))
@@ -54,16 +72,21 @@ std::size_t LanesOf() {
 template <class Stream, class Make>
 constexpr StreamType MakeStreamType(Make make) {
     static_assert(std::is_trivially_copyable_v<Stream> && alignof(Stream) <= maxStreamAlignment);
-    return {
+    StreamType type = {
         .size = sizeof(Stream),
         .begin = make,
         .reset = [](void* stream) { static_cast<Stream*>(stream)->Reset(); },
         .update = [](void* stream, const std::uint8_t* bytes,
                      std::size_t count) { static_cast<Stream*>(stream)->Update(bytes, count); },
         .updateMany = UpdateManyOf<Stream>(),
+        .partSize = 0,
+        .part = nullptr,
+        .addPart = nullptr,
         .finish = [](void* stream, std::uint8_t* digest) { static_cast<Stream*>(stream)->Finish(digest); },
         .kernel = Stream::Kernel,
         .lanes = LanesOf<Stream>};
+    SetParts<Stream>(type);
+    return type;
 }
 
 // Of a stream class without parameters.

@@ -10,7 +10,7 @@ from checking import CheckCase, MALFORMED, warning
 from program import LAUNCHER, WINDOWS
 
 FYRN = os.environ.get("FYRN_PROGRAM", "")
-FILES = {"a": b"alpha\n", "b c": b"beta" * 1000, "d": b"", "x) = y": b"closing"}
+FILES = {"a": b"alpha\n", "b c": b"beta" * 1000, "d": b"", "large": bytes(range(256)) * 2305, "x) = y": b"closing"}
 
 # Each writes a list of the files "$@" to standard output.
 COMMANDS = {
