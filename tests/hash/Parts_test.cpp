@@ -52,8 +52,8 @@ TEST(Parts, GiveTheDigestOfTheWhole) {
                         fyrn_hash_add_part(hash.get(), PartOf(hash, i, message, size).data());
                     hash_tests::Update(hash, message.subspan(parts * size));
                     ASSERT_EQ(hash_tests::Finish(hash), hash_tests::Digest(function, message))
-                        << hash_tests::Name(function) << ", " << before << " of " << parts << " parts as bytes, then "
-                        << end << " bytes";
+                        << hash_tests::Name(function) << ", " << before << " of " << parts
+                        << " parts as bytes, then " << end << " bytes";
                 }
     }
 }
@@ -69,7 +69,8 @@ TEST(Parts, AndBytesMayTakeTurns) {
             else
                 hash_tests::Update(hash, Message(message).subspan(i * size, size));
         hash_tests::Update(hash, Message(message).subspan(6 * size));
-        EXPECT_EQ(hash_tests::Finish(hash), hash_tests::Digest(function, message)) << hash_tests::Name(function);
+        EXPECT_EQ(hash_tests::Finish(hash), hash_tests::Digest(function, message))
+            << hash_tests::Name(function);
     }
 }
 
@@ -88,7 +89,8 @@ TEST(Parts, MayBeHashedInThreads) {
         for (const Value& value : values)
             fyrn_hash_add_part(hash.get(), value.data());
         hash_tests::Update(hash, Message(message).last(1));
-        EXPECT_EQ(hash_tests::Finish(hash), hash_tests::Digest(function, message)) << hash_tests::Name(function);
+        EXPECT_EQ(hash_tests::Finish(hash), hash_tests::Digest(function, message))
+            << hash_tests::Name(function);
     }
 }
 
