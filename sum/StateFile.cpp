@@ -102,8 +102,10 @@ bool FlatObject::TakeString(std::string& value) {
     if (!Take('"'))
         return false;
     for (;;) {
-        const std::size_t plain = rest_.find_first_of("\"\\");
-        if (plain == std::string_view::npos)
+        std::size_t plain = 0; // find_first_of would search the two for each character
+        while (plain < rest_.size() && rest_[plain] != '"' && rest_[plain] != '\\')
+            ++plain;
+        if (plain == rest_.size())
             return false;
         value.append(rest_.substr(0, plain));
         rest_.remove_prefix(plain);
@@ -116,7 +118,10 @@ bool FlatObject::TakeString(std::string& value) {
 }
 
 bool FlatObject::TakeToken(std::string& value) {
-    value = rest_.substr(0, rest_.find_first_of(",}"));
+    std::size_t length = 0;
+    while (length < rest_.size() && rest_[length] != ',' && rest_[length] != '}')
+        ++length;
+    value = rest_.substr(0, length);
     rest_.remove_prefix(value.size());
     return !value.empty();
 }

@@ -65,6 +65,7 @@ class Comparison : public InputSink {
     Content ContentOf(const FileResult& result, const std::vector<std::uint32_t>& numbers);
     void Settle();
     void Settle(Entry& entry);
+    bool NeedsState();
     void Fail(Entry& entry, std::uint32_t reason);
     void Report();
     int Status() const;
@@ -233,6 +234,14 @@ void Comparison::Settle(Entry& entry) {
     entry.state = isOutside ? Entry::Found::leftOut : Entry::Found::missing;
 }
 
+// Where all is as listed, the state has nothing to tell.
+bool Comparison::NeedsState() {
+    return std::ranges::any_of(list_.All().All(), [this](const Entry& entry) {
+        return entry.state == Entry::Found::changed ||
+               (options_.update && entry.state != Entry::Found::same && entry.state != Entry::Found::missing);
+    });
+}
+
 void Comparison::Report() {
     const TreeReport report(options_, list_, reasons_);
     LineSink& sink = output_ ? static_cast<LineSink&>(*output_) : Out();
@@ -263,7 +272,8 @@ int Comparison::Status() const {
 
 int Comparison::Run() {
     list_.Load();
-    list_.LoadState();
+    if (options_.quick)
+        list_.LoadState();
     if (options_.update)
         own_.Add(update_.emplace(options_, scope_, list_).Identity());
     if (progress_.IsShown())
@@ -271,6 +281,8 @@ int Comparison::Run() {
     ForEachInput(walked_, {}, *this);
     queue_.Finish();
     Settle();
+    if (!options_.quick && NeedsState())
+        list_.LoadState();
     PairFiles(list_.All(), files_);
     trouble_ = list_.TellOfMalformed() || (options_.update && list_.HasMalformed());
     Report();

@@ -164,7 +164,8 @@ void TreeList::LoadState() {
     Name buffer;
     while (file.Next(record)) {
         Entry* const entry = entries_.Find(KeyOf(record.path, buffer));
-        if (entry == nullptr || entry->isKnown || !HasDigestsOf(record, *entry))
+        if (entry == nullptr || entry->isKnown || entry->state == Entry::Found::same ||
+            !HasDigestsOf(record, *entry))
             continue;
         entry->listed.size = record.size;
         entry->listed.hasTime = record.modified.has_value();
@@ -216,6 +217,8 @@ void TreeList::Guess(Entry& entry, const ListLine& line) {
 // may be large.
 bool TreeList::IsRemembered(const Entry& entry, std::string_view digest,
                             const std::vector<FunctionChoice>& candidates) {
+    if (std::exchange(isStateAsked_, true))
+        return false;
     StateFile state(StateOf(*options_.list));
     StateRecord record;
     Name buffer;

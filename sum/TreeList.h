@@ -34,7 +34,7 @@ class TreeList {
     // does, and is known then. Throws TreeError.
     void Load();
 
-    // Reads what is remembered of the files.
+    // Reads what is remembered of the files, but of those that were found to be as listed.
     void LoadState();
 
     // The lines once more, for an update; not opened yet. Load has decided what they mean.
@@ -88,6 +88,7 @@ class TreeList {
     const Scope& scope_;
     bool isDotted_ = false; // names begin with "./"
     bool isSorted_ = true;
+    bool isStateAsked_ = false; // for the function
     std::vector<Style> styles_;
     std::map<std::vector<std::uint32_t>, FunctionSet> sets_;
     std::vector<FunctionSet> single_; // the sets of one function, by its number
