@@ -178,6 +178,34 @@ class Recipes(RecipeCase):
     def test_one_core_makes_the_same_list(self):
         self.make_list()
         self.assertEqual(self.cook("Use one core"), "the same\n")
+    def test_an_archive_is_guarded(self):
+        self.assertEqual(self.cook("Guard an archive", 0), "")
+        self.assertEqual(self.text("photos.sha256"), listing(TREE))
+        self.assertEqual(self.cook("Guard an archive", 1), "")
+        os.rename(self.path("photos/*"), self.path("photos/star"))
+        self.assertEqual(self.cook("Guard an archive", 1), "photos/star: RENAMED from 'photos/*'\n")
+        self.write("photos/2025/z.jpg", b"lost")
+        status, output, _ = self.try_to_cook("Guard an archive", 1)
+        self.assertEqual((status, output), (1, "photos/2025/z.jpg: CHANGED\n"))
+
+    def test_two_trees_are_compared_in_one_command(self):
+        shutil.copytree(self.path("photos"), self.path("backup"))
+        self.assertEqual(self.cook("Compare two trees in one command"), "")
+        self.write("backup/new", b"new")
+        os.remove(self.path("backup/a b.jpg"))
+        self.assertEqual(self.cook("Compare two trees in one command"), "'./a b.jpg': MISSING\n./new: NEW\n")
+
+    def test_a_bag_is_made_and_complete(self):
+        self.assertEqual(self.cook("Make and check a bag"), "complete\n")
+        data = {name.replace("photos/", "data/"): content for name, content in TREE.items()}
+        self.assertEqual(self.text("bag/manifest-sha256.txt"), listing(data))
+
+    def test_assets_of_a_release_are_listed(self):
+        self.assertEqual(self.cook("List the assets of a release"), "good\n")
+        self.assertEqual(self.text("photos/SHA256SUMS"),
+                         listing({name.replace("photos/", ""): content for name, content in TREE.items()
+                                  if "/2024/" in name}))
+
 
 
 if __name__ == "__main__":
