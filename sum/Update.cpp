@@ -71,21 +71,25 @@ void Update::KeepOlder() const {
     older.Complete();
 }
 
-bool Update::Write(const std::deque<FoundFile>& files) {
+// The old list is closed before it is replaced, which Windows demands.
+void Update::WriteLines(const std::deque<FoundFile>& files) {
     NewLines lines(options_, scope_, list_, file_);
-    CheckThatListIsTheSame();
     try {
         lines.Write(files);
     } catch (const ListError& error) {
         Fail(name_, ErrorText(error.error));
     }
+    refused_.insert(lines.Refused().begin(), lines.Refused().end());
+}
+
+bool Update::Write(const std::deque<FoundFile>& files) {
+    CheckThatListIsTheSame();
+    WriteLines(files);
     CheckThatListIsTheSame();
     KeepOlder();
     file_.Complete();
-    for (const FoundFile* const file : lines.Refused()) {
+    for (const FoundFile* const file : refused_)
         Say(Quoted(list_.Spelled(file->key)) + ": this name cannot be written in lists of this form");
-        refused_.insert(file);
-    }
     WriteState(files);
     return refused_.empty();
 }

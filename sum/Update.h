@@ -27,6 +27,7 @@ class Update {
 
   private:
     void CheckThatListIsTheSame() const;
+    void WriteLines(const std::deque<FoundFile>& files);
     void KeepOlder() const;
     void WriteState(const std::deque<FoundFile>& files) const;
 
