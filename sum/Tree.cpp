@@ -245,9 +245,11 @@ bool Comparison::NeedsState() {
 void Comparison::Report() {
     const TreeReport report(options_, list_, reasons_);
     LineSink& sink = output_ ? static_cast<LineSink&>(*output_) : Out();
-    if (!options_.checking.status)
-        for (const Finding& finding : FindingsOf(list_.All(), files_, options_.verbose))
+    if (!options_.checking.status) {
+        const auto findings = FindingsOf(list_.All(), files_, options_.verbose);
+        for (const Finding& finding : findings)
             sink.Write(report.Line(finding));
+    }
     if (output_)
         output_->Complete();
     Out().Flush();
