@@ -65,6 +65,7 @@ class Comparison : public InputSink {
     Content ContentOf(const FileResult& result, const std::vector<std::uint32_t>& numbers);
     void Settle();
     void Settle(Entry& entry);
+    LineSink& Sink();
     bool NeedsState();
     void Fail(Entry& entry, std::uint32_t reason);
     void Report();
@@ -242,14 +243,18 @@ bool Comparison::NeedsState() {
     });
 }
 
+LineSink& Comparison::Sink() {
+    if (output_)
+        return *output_;
+    return Out();
+}
+
 void Comparison::Report() {
     const TreeReport report(options_, list_, reasons_);
-    LineSink& sink = output_ ? static_cast<LineSink&>(*output_) : Out();
-    if (!options_.checking.status) {
-        const auto findings = FindingsOf(list_.All(), files_, options_.verbose);
-        for (const Finding& finding : findings)
+    LineSink& sink = Sink();
+    if (!options_.checking.status)
+        for (const Finding& finding : FindingsOf(list_.All(), files_, options_.verbose))
             sink.Write(report.Line(finding));
-    }
     if (output_)
         output_->Complete();
     Out().Flush();
