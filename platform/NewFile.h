@@ -13,6 +13,9 @@ namespace platform {
 // How the temporary names begin.
 inline constexpr std::string_view temporaryPrefix = ".fyrnsum-";
 
+// Whether a file name, without a directory, is of the kind that NewFile makes.
+bool IsTemporaryName(std::string_view name);
+
 // Until Complete, the bytes stand in a file without a name or under a temporary one in the same
 // directory; what had the name before stays. A name of something else than a regular file (a
 // device, a pipe) is written to as it stands.

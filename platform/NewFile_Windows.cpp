@@ -24,6 +24,13 @@ bool IsDevice(const std::string& name) {
 
 } // namespace
 
+// A number follows the prefix.
+bool IsTemporaryName(std::string_view name) {
+    return name.starts_with(temporaryPrefix) && name.size() > temporaryPrefix.size() &&
+           std::all_of(name.begin() + temporaryPrefix.size(), name.end(),
+                       [](char c) { return c >= '0' && c <= '9'; });
+}
+
 NewFile::NewFile(NewFile&& other) noexcept
     : native_(std::exchange(other.native_, -1)), name_(std::move(other.name_)),
       temporary_(std::move(other.temporary_)), direct_(other.direct_) {}

@@ -6,6 +6,7 @@
 #include "sum/FileTime.h"
 #include "sum/Messages.h"
 #include "sum/Output.h"
+#include "sum/OwnFiles.h"
 #include "sum/StateFile.h"
 
 #include <algorithm>
@@ -40,6 +41,8 @@ Name JournalOf(const Name& list) {
 
 Journal::Journal(const Name& name, FunctionSet functions, std::int64_t start)
     : name_(name), functions_(std::move(functions)), start_(start) {
+    if (!CanBeOwn(name_))
+        throw OutputError(Quoted(name_) + cannotBeOwn);
     Load();
     Check(file_.Open(name_));
     held_ = "\n"; // ends a line that was left incomplete

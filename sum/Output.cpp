@@ -54,6 +54,7 @@ StandardOutput& Out() {
 
 OutputFile::OutputFile(Name name) : name_(std::move(name)) {
     Check(file_.Create(name_));
+    file_.TakeRightsOf(name_); // of the file that is replaced
 }
 
 void OutputFile::Check(int error) const {

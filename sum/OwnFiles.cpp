@@ -16,6 +16,11 @@ Name DirectoryOf(const Name& name) {
 
 } // namespace
 
+bool CanBeOwn(const Name& name) {
+    platform::EntryStatus status;
+    return platform::LookAt(name, false, status) != 0 || status.kind == platform::EntryKind::regular;
+}
+
 Name StateOf(const Name& list) {
     return list + ".state";
 }
@@ -27,9 +32,8 @@ Name OlderOf(const Name& list) {
 OwnFiles::OwnFiles(const Name& list) {
     platform::EntryStatus status;
     Add(list);
-    Add(StateOf(list));
-    Add(OlderOf(list));
-    Add(JournalOf(list));
+    for (const Name& name : {StateOf(list), OlderOf(list), JournalOf(list)})
+        AddPlain(name);
     if (platform::LookAt(DirectoryOf(list), true, status) == 0)
         directory_ = status.identity;
 }
@@ -41,6 +45,12 @@ void OwnFiles::Add(const Name& name) {
         Add(status.identity);
 }
 
+void OwnFiles::AddPlain(const Name& name) {
+    platform::EntryStatus status;
+    if (platform::LookAt(name, false, status) == 0 && status.kind == platform::EntryKind::regular)
+        Add(status.identity);
+}
+
 bool OwnFiles::Has(const platform::FileIdentity& identity) const {
     return std::ranges::find(identities_, identity) != identities_.end();
 }
@@ -48,7 +58,7 @@ bool OwnFiles::Has(const platform::FileIdentity& identity) const {
 bool OwnFiles::IsTemporary(const Name& name) const {
     platform::EntryStatus status;
     const std::size_t start = platform::LengthOfDirectory(name);
-    return std::string_view(name).substr(start).starts_with(platform::temporaryPrefix) &&
+    return platform::IsTemporaryName(std::string_view(name).substr(start)) &&
            platform::LookAt(DirectoryOf(name), true, status) == 0 && status.identity == directory_;
 }
 

@@ -89,11 +89,25 @@ class Comparison : public InputSink {
     Name buffer_;
 };
 
+// A report in place of the list would be the end of the list.
+void RequireOther(const Name& output, const Name& list) {
+    platform::EntryStatus ofOutput;
+    platform::EntryStatus ofList;
+    const bool isSame = platform::LookAt(output, true, ofOutput) == 0 &&
+                        platform::LookAt(list, true, ofList) == 0 && ofOutput.identity == ofList.identity;
+    if (isSame)
+        throw TreeError(Quoted(output) + ": the output file is the list");
+}
+
 Comparison::Comparison(const Options& options)
     : options_(options), walked_(WalkedBy(options)), progress_(options),
       queue_(options.jobs, &progress_, Opening::stored), own_(*options.list), scope_(walked_),
       list_(options, scope_, progress_, start_) {
+    for (const Name& name : {StateOf(*options.list), OlderOf(*options.list)})
+        if (!CanBeOwn(name))
+            throw TreeError(Quoted(name) + cannotBeOwn);
     if (options.output) {
+        RequireOther(*options.output, *options.list);
         output_.emplace(*options.output);
         own_.Add(*options.output);
         own_.Add(output_->Identity());
@@ -212,11 +226,13 @@ void Comparison::Told(FoundFile& file, const FileResult& result) {
     }
 }
 
-// What is listed and was not met: missing, unless there is a reason why it could not be met.
+// What is listed and was not met: missing, unless there is a reason why it could not be met. A link, or what lies below
+// one, is not walked, but a list may name it.
 void Comparison::Settle() {
     for (Entry& entry : list_.All().All())
-        if (entry.state == Entry::Found::unmet)
+        if (entry.state == Entry::Found::unmet && !entry.isMet)
             Settle(entry);
+    queue_.Finish();
 }
 
 void Comparison::Settle(Entry& entry) {
@@ -230,9 +246,12 @@ void Comparison::Settle(Entry& entry) {
     const int error = platform::LookAt(scope_.PathOf(entry.key), false, status);
     if (error != 0 && !IsNotThere(error))
         return Fail(entry, reasons_.Of(ErrorText(error)));
-    const bool isOutside =
-        error == 0 && (own_.Has(status.identity) || scope_.IsOnOtherFileSystem(entry.key, status));
-    entry.state = isOutside ? Entry::Found::leftOut : Entry::Found::missing;
+    if (error != 0)
+        entry.state = Entry::Found::missing;
+    else if (own_.Has(status.identity) || scope_.IsOnOtherFileSystem(entry.key, status))
+        entry.state = Entry::Found::leftOut;
+    else
+        Meet(entry, scope_.PathOf(entry.key));
 }
 
 // Where all is as listed, the state has nothing to tell.

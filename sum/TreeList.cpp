@@ -105,8 +105,11 @@ std::vector<std::uint32_t> TreeList::AddDigests(Entry& entry, const ListLine& li
         const std::vector<std::byte> bytes =
             DigestBytes(line.digests[i].text, line.digests[i].decimal, choice.digestSize);
         const KeptDigest* const known = DigestOf(entry.listed.digests, number);
-        if (known == nullptr || !std::ranges::equal(known->Bytes(), bytes))
+        if (known == nullptr || !std::ranges::equal(known->Bytes(), bytes)) {
             entry.listed.digests = entries_.Keep(number, bytes, entry.listed.digests);
+            entry.isKnown = false; // of the other digests only
+            entry.listed.hasTime = false;
+        }
         numbers[i] = number;
     }
     return numbers;

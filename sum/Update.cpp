@@ -85,8 +85,8 @@ void Update::WriteLines(const std::deque<FoundFile>& files) {
 bool Update::Write(const std::deque<FoundFile>& files) {
     CheckThatListIsTheSame();
     WriteLines(files);
-    CheckThatListIsTheSame();
     KeepOlder();
+    CheckThatListIsTheSame();
     file_.Complete();
     for (const FoundFile* const file : refused_)
         Say(Quoted(list_.Spelled(file->key)) + ": this name cannot be written in lists of this form");

@@ -45,6 +45,53 @@ class Audit(TreeTest):
                         "tree/b: MISSING\ntree/copy: NEW\n")
         self.assert_run(["--audit=LIST", "tree", "--status"], 1, "")
 
+    def test_every_digest_of_a_file_counts(self):
+        with open(self.path("LIST"), "a", encoding="ascii") as file:
+            file.write("0" * 128 + "  tree/a\n")
+        for arguments in ([], ["--quick"]):
+            self.assert_run(["--audit=LIST", "tree", *arguments], 1, "tree/a: CHANGED\n",
+                            "fyrnsum: 2 OK; 1 CHANGED\n")
+
+    def test_the_report_does_not_replace_the_list(self):
+        before = self.read("LIST")
+        for option in ("--audit", "--update"):
+            for output in ("LIST", "tree/../LIST"):
+                self.assert_run([f"{option}=LIST", "-o", output, "tree"], 2, "",
+                                f"fyrnsum: {output}: the output file is the list\n")
+        self.assertEqual(self.read("LIST"), before)
+
+    def test_only_what_a_run_itself_makes_is_overlooked(self):
+        self.write("tree/.fyrnsum-evil", b"new")
+        self.check(self.fyrnsum("-r", "tree", "-o", "tree/LIST"), "")
+        self.assert_run(["--audit=tree/LIST", "tree"], 0, "", "fyrnsum: 4 OK\n")
+        self.write("tree/.fyrnsum-evil2", b"newer")
+        self.assert_run(["--audit=tree/LIST", "tree"], 1, "tree/.fyrnsum-evil2: NEW\n",
+                        "fyrnsum: 4 OK; 1 NEW\n")
+
+    @posix_only
+    def test_what_is_listed_behind_links_is_compared(self):
+        os.symlink("a", self.path("tree/link"))
+        os.symlink("d", self.path("tree/e"))
+        with open(self.path("LIST"), "a", encoding="ascii") as file:
+            file.write(f"{sha256(b'one')}  tree/link\n{sha256(b'three')}  tree/e/c\n{sha256(b'x')}  tree/e/gone\n")
+        self.assert_run(["--audit=LIST", "tree"], 1, "tree/e/gone: MISSING\n", "fyrnsum: 5 OK; 1 MISSING\n")
+
+    @posix_only
+    def test_nothing_is_written_or_read_through_what_stands_beside_the_list(self):
+        self.write("mine", b"precious")
+        before = self.read("LIST")
+        for name in ("LIST~", "LIST.state"):
+            for make in (lambda path: os.symlink(self.path("mine"), path), os.mkfifo, os.mkdir):
+                make(self.path(name))
+                for option in ("--audit", "--update"):
+                    self.assert_run([f"{option}=LIST", "tree"], 2, "",
+                                    f"fyrnsum: {name}: not a regular file, and needed for one\n")
+                (os.rmdir if os.path.isdir(self.path(name)) else os.remove)(self.path(name))
+        os.symlink(self.path("mine"), self.path("NEW.resume"))
+        self.assert_run(["-r", "tree", "-o", "NEW", "--resume"], 1, "",
+                        "fyrnsum: NEW.resume: not a regular file, and needed for one\n")
+        self.assertEqual((self.read("mine"), self.read("LIST")), (b"precious", before))
+
     def test_what_no_operand_names_is_left_out(self):
         os.remove(self.path("tree/a"))
         self.assert_run(["--audit=LIST", "tree/d"], 0, "", "fyrnsum: 1 OK; 2 LEFT OUT\n")

@@ -39,13 +39,16 @@ class Output(SumCase):
     def test_links_and_rights_of_a_list_stay_as_is_usual(self):
         self.write("f")
         self.write("kept/LIST", b"old")
+        os.chmod(self.path("kept/LIST"), 0o600)
         os.symlink("kept/LIST", self.path("link"))
         self.check(self.fyrnsum("-o", "link", "f"), "")
         self.assertTrue(os.path.islink(self.path("link")))
         self.assertEqual(self.read("kept/LIST"), f"{EMPTY}  f\n".encode())
+        self.assertEqual(os.stat(self.path("kept/LIST")).st_mode & 0o777, 0o600)
+        self.check(self.fyrnsum("-o", "new", "f"), "")
         mask = os.umask(0o022)
         os.umask(mask)
-        self.assertEqual(os.stat(self.path("kept/LIST")).st_mode & 0o777, 0o666 & ~mask)
+        self.assertEqual(os.stat(self.path("new")).st_mode & 0o777, 0o666 & ~mask)
 
     @posix_only
     def test_a_device_is_written_to_as_it_is(self):
