@@ -10,7 +10,7 @@
 
 namespace platform {
 
-// How the temporary names begin.
+// How the temporary names begin; six letters or digits follow.
 inline constexpr std::string_view temporaryPrefix = ".fyrnsum-";
 
 // Whether a file name, without a directory, is of the kind that NewFile makes.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/NewFile.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -47,15 +46,6 @@ std::string LinkToDescriptor(int descriptor) {
 }
 
 } // namespace
-
-// As TemporaryPattern and mkostemp make it.
-bool IsTemporaryName(std::string_view name) {
-    constexpr std::size_t varying = 6;
-    return name.size() == temporaryPrefix.size() + varying && name.starts_with(temporaryPrefix) &&
-           std::all_of(name.end() - varying, name.end(), [](char c) {
-               return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-           });
-}
 
 NewFile::NewFile(NewFile&& other) noexcept
     : native_(std::exchange(other.native_, -1)), name_(std::move(other.name_)),

@@ -24,13 +24,6 @@ bool IsDevice(const std::string& name) {
 
 } // namespace
 
-// A number follows the prefix.
-bool IsTemporaryName(std::string_view name) {
-    return name.starts_with(temporaryPrefix) && name.size() > temporaryPrefix.size() &&
-           std::all_of(name.begin() + temporaryPrefix.size(), name.end(),
-                       [](char c) { return c >= '0' && c <= '9'; });
-}
-
 NewFile::NewFile(NewFile&& other) noexcept
     : native_(std::exchange(other.native_, -1)), name_(std::move(other.name_)),
       temporary_(std::move(other.temporary_)), direct_(other.direct_) {}
@@ -57,8 +50,10 @@ int NewFile::Create(const std::string& name) {
 int NewFile::CreateNamed() {
     const std::size_t end = name_.find_last_of("/\\:");
     const std::string directory = end == std::string::npos ? "" : name_.substr(0, end + 1);
+    constexpr unsigned numbers = 1'000'000;
     for (unsigned number = GetCurrentProcessId();; ++number) {
-        const std::string temporary = directory + std::string(temporaryPrefix) + std::to_string(number);
+        const std::string digits = std::to_string(numbers + number % numbers).substr(1); // six of them
+        const std::string temporary = directory + std::string(temporaryPrefix) + digits;
         int descriptor = -1;
         const errno_t error = _wsopen_s(&descriptor, LongName(temporary).c_str(),
                                         _O_WRONLY | _O_BINARY | _O_CREAT | _O_EXCL | _O_NOINHERIT, _SH_DENYWR,

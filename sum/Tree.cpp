@@ -89,6 +89,17 @@ class Comparison : public InputSink {
     Name buffer_;
 };
 
+// Whether a link is on the way to a file, or has its name: walks do not follow it.
+bool IsBehindLink(const Name& path) {
+    platform::EntryStatus status;
+    for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
+        const bool isLink = platform::LookAt(path.substr(0, end), false, status) == 0 &&
+                            status.kind == platform::EntryKind::link;
+        if (isLink || end == Name::npos)
+            return isLink;
+    }
+}
+
 // A report in place of the list would be the end of the list.
 void RequireOther(const Name& output, const Name& list) {
     platform::EntryStatus ofOutput;
@@ -246,12 +257,13 @@ void Comparison::Settle(Entry& entry) {
     const int error = platform::LookAt(scope_.PathOf(entry.key), false, status);
     if (error != 0 && !IsNotThere(error))
         return Fail(entry, reasons_.Of(ErrorText(error)));
-    if (error != 0)
-        entry.state = Entry::Found::missing;
-    else if (own_.Has(status.identity) || scope_.IsOnOtherFileSystem(entry.key, status))
+    const Name path = scope_.PathOf(entry.key);
+    if (error == 0 && (own_.Has(status.identity) || scope_.IsOnOtherFileSystem(entry.key, status)))
         entry.state = Entry::Found::leftOut;
-    else
-        Meet(entry, scope_.PathOf(entry.key));
+    else if (error == 0 && IsBehindLink(path))
+        Meet(entry, path);
+    else // or found by another spelling of its name, which the walk has met
+        entry.state = Entry::Found::missing;
 }
 
 // Where all is as listed, the state has nothing to tell.
